@@ -1,0 +1,40 @@
+// What a scene is, the table of all nine, and the list of those that take part in rendering.
+#pragma once
+
+struct Scene {
+    void (*prepare)(); // once, during loading: textures, texts, geometry
+    void (*start)();   // when the timeline activates the scene
+    void (*render)();  // once per frame while active; may be null
+    void (*stop)();    // when the timeline deactivates the scene, also as the first half of a restart
+    void (*release)(); // tear-down; only shutdown_scenes calls it
+
+    int active;        // 1 while active, else 0
+    double start_time; // seconds of show time: the time of the cue that last started the scene
+    Scene* next;       // next entry of the render list, or null
+};
+
+// Places in the table.
+enum SceneIndex {
+    kClear,
+    kFlash,
+    kTitle,
+    kGreetings,
+    kGyro,
+    kCross,
+    kTextScreen,
+    kScroller,
+    kCredits,
+    kSceneCount
+};
+
+extern Scene g_scenes[kSceneCount];
+
+// Head of the render list; null until link_and_prepare_scenes.
+extern Scene* g_scene_list;
+
+// Builds the render list (title, greetings, gyro, cross, text screen, scroller, credits and, over them all,
+// the flash overlay), preparing each scene as it is linked. The clear scene is neither linked nor prepared.
+void link_and_prepare_scenes();
+
+// Releases the music and every linked scene. The show ends by exit and never calls it.
+void shutdown_scenes();
