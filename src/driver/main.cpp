@@ -45,5 +45,6 @@ int main(int argc, char** argv) {
     glutReshapeFunc(g_reshape_cb);
     glutIdleFunc(g_idle_cb);
     glutDisplayFunc(g_display_cb);
-    glutMainLoop(); // never returns
+    glutMainLoop();
+    return 0; // never reached: the main loop does not return
 }

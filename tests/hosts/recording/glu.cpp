@@ -1,0 +1,54 @@
+// GLU entry points. Quadrics are numbered in the order of their making, from 1.
+#include <GL/glu.h>
+
+#include <memory>
+
+#include "record.h"
+
+using recording::record;
+
+struct GLUquadric {
+    int number;
+};
+
+namespace {
+
+std::vector<std::unique_ptr<GLUquadric>>& quadrics() {
+    static std::vector<std::unique_ptr<GLUquadric>> made;
+    return made;
+}
+
+int number(const GLUquadric* quadric) { return quadric ? quadric->number : 0; }
+
+} // namespace
+
+extern "C" {
+
+void gluPerspective(GLdouble fovy, GLdouble aspect, GLdouble z_near, GLdouble z_far) {
+    record(__func__, fovy, aspect, z_near, z_far);
+}
+void gluLookAt(GLdouble ex, GLdouble ey, GLdouble ez, GLdouble cx, GLdouble cy, GLdouble cz, GLdouble ux,
+               GLdouble uy, GLdouble uz) {
+    record(__func__, ex, ey, ez, cx, cy, cz, ux, uy, uz);
+}
+GLUquadric* gluNewQuadric() {
+    record(__func__);
+    const int next = static_cast<int>(quadrics().size()) + 1;
+    quadrics().push_back(std::make_unique<GLUquadric>(GLUquadric{next}));
+    return quadrics().back().get();
+}
+void gluQuadricNormals(GLUquadric* quad, GLenum normal) { record(__func__, number(quad), normal); }
+void gluQuadricTexture(GLUquadric* quad, GLboolean texture) { record(__func__, number(quad), texture); }
+void gluQuadricOrientation(GLUquadric* quad, GLenum orientation) {
+    record(__func__, number(quad), orientation);
+}
+void gluCylinder(GLUquadric* quad, GLdouble base, GLdouble top, GLdouble height, GLint slices, GLint stacks) {
+    record(__func__, number(quad), base, top, height, slices, stacks);
+}
+GLint gluBuild2DMipmaps(GLenum target, GLint internal_format, GLsizei width, GLsizei height, GLenum format,
+                        GLenum type, const void*) {
+    record(__func__, target, internal_format, width, height, format, type);
+    return 0;
+}
+
+} // extern "C"
