@@ -1,0 +1,36 @@
+// The one random generator of the show. It starts from a fixed state, so every run makes the same textures,
+// and so the order of all draws in the program decides each of them: textures are made in a fixed order, and
+// an operation documents how many numbers it draws and for what.
+//
+// Maximally equidistributed combined Tausworthe generator taus88: P. L'Ecuyer, "Maximally equidistributed
+// combined Tausworthe generators", Mathematics of Computation 65 (213), 1996.
+//
+// To draw from a range of n values, take random_next() % n with an unsigned n.
+#pragma once
+
+#include <cstdint>
+
+struct RandomState {
+    std::uint32_t s1, s2, s3;
+};
+
+// The state of the process. Nothing resets it but random_seed.
+extern RandomState g_random;
+
+// One step of a generator: for loops that keep the state in registers and put it back into g_random.
+inline std::uint32_t random_step(RandomState& s) {
+    s.s1 = ((s.s1 & 0xFFFFFFFE) << 12) ^ (((s.s1 << 13) ^ s.s1) >> 19);
+    s.s2 = ((s.s2 & 0xFFFFFFF8) << 4) ^ (((s.s2 << 2) ^ s.s2) >> 25);
+    s.s3 = ((s.s3 & 0xFFFFFFF0) << 17) ^ (((s.s3 << 3) ^ s.s3) >> 11);
+    return s.s1 ^ s.s2 ^ s.s3;
+}
+
+// The next number of the process, 0..2^32 - 1.
+std::uint32_t random_next();
+
+// Restarts the generator from `seed`; returns the number of the one step that it makes (nobody needs it).
+//
+// The state becomes (seed, 0, ~seed), on purpose: zero is a fixed point of every component, so from the first
+// call on the second component stays 0 for ever and the numbers come from s1 ^ s3 alone. The seeded scenes
+// are composed to these sequences. random_seed(0) loses s1 as well.
+std::uint32_t random_seed(std::uint32_t seed);
