@@ -56,10 +56,13 @@ configure() {
 Configuring failed (preset $preset)."
 }
 
-# Builds targets of a configured preset, all of them when none is named. Silent when all goes well.
+# Builds targets of a configured preset, all of them when none is named. Says so only when there is something to do.
 build() {
-    local preset=$1 log
+    local preset=$1 log command=(cmake --build --preset "$1")
     shift
-    log=$(cmake --build --preset "$preset" ${1:+--target "$@"} </dev/null 2>&1) || die "$log
+    [ $# = 0 ] || command+=(--target "$@")
+    "${command[@]}" -- -n </dev/null 2>&1 | grep -q '^ninja: no work to do' && return
+    say "Building ($preset) ..."
+    log=$("${command[@]}" </dev/null 2>&1) || die "$log
 Building failed (preset $preset)."
 }

@@ -1,0 +1,152 @@
+# set_up_test.sh CASE PROJECT: tries ./run or ./test on a copy of what they need, on a machine whose package manager,
+# user and build are made up by stand-ins on the PATH.
+set -u
+case=$1
+project=$2
+
+work=$(mktemp -d) || exit 1
+trap 'rm -rf "$work"' EXIT
+mkdir -p "$work/bin" "$work/tree/data"
+cp -r "$project/run" "$project/test" "$project/packaging" "$work/tree/"
+for file in zev.mp3 zev_voc.mp3 Vera.ttf Arial; do echo data >"$work/tree/data/$file"; done
+
+# The made-up machine: $work/installed lists its packages, $work/log what was asked of it.
+stand_in() {
+    cat >"$work/bin/$1"
+    chmod +x "$work/bin/$1"
+}
+stand_in dpkg-query <<'END'
+#!/bin/bash
+grep -qx "${!#}" "$MACHINE/installed" && printf installed
+END
+stand_in apt-get <<'END'
+#!/bin/bash
+echo "apt-get $*" >>"$MACHINE/log"
+cat >>"$MACHINE/swallowed"
+[ "$1" = install ] || exit 0
+for package in "${@:2}"; do case $package in -*) ;; *) echo "$package" >>"$MACHINE/installed" ;; esac; done
+END
+stand_in cmake <<'END'
+#!/bin/bash
+echo "cmake $*" >>"$MACHINE/log"
+cat >>"$MACHINE/swallowed"
+case " $* " in *" -n "*) [ -e "$MACHINE/built" ] && echo "ninja: no work to do."; exit ;; esac
+case $1 in --build) touch "$MACHINE/built" ;; esac
+mkdir -p build/release/src/hosts/desktop
+printf '#!/bin/bash\necho "played in ${PWD##*/} with: $* and $(cat)"\nexit 7\n' >build/release/src/hosts/desktop/skav
+chmod +x build/release/src/hosts/desktop/skav
+touch build/release/build.ninja
+END
+stand_in ctest <<'END'
+#!/bin/bash
+echo "ctest $*" >>"$MACHINE/log"
+END
+stand_in id <<'END'
+#!/bin/bash
+echo "$MACHINE_USER"
+END
+export MACHINE=$work MACHINE_USER=0 DISPLAY=:nowhere PATH=$work/bin:$PATH
+touch "$work/log" "$work/swallowed"
+grep -hv '^#' "$work"/tree/packaging/debian-packages/* >"$work/installed"
+
+fail() {
+    echo "FAILED: $*"
+    echo "--- status ${status:-none}; output:"
+    cat "$work/out" "$work/err" 2>/dev/null
+    echo "--- asked of the machine:"
+    cat "$work/log"
+    exit 1
+}
+call() {
+    (cd / && "$work/tree/$@") >"$work/out" 2>"$work/err"
+    status=$?
+}
+expect_status() { [ "$status" = "$1" ] || fail "status $1 expected"; }
+expect_in() { grep -qF -- "$2" "$work/$1" || fail "'$2' expected in $1"; }
+expect_not_in() { grep -qF -- "$2" "$work/$1" && fail "'$2' not expected in $1"; return 0; }
+without_package() { sed -i "/^$1\$/d" "$work/installed"; }
+
+case $case in
+run_help)
+    call run --help
+    expect_status 0
+    for word in --window --help flashing; do expect_in out "$word"; done
+    expect_not_in log cmake
+    ;;
+run_unknown_option)
+    call run --fullscreen
+    expect_status 2
+    expect_in err --fullscreen
+    [ "$(wc -l <"$work/err")" = 1 ] || fail "one line expected"
+    expect_not_in log cmake
+    ;;
+run_names_a_missing_data_file)
+    rm "$work/tree/data/zev_voc.mp3"
+    call run
+    expect_status 1
+    expect_in err data/zev_voc.mp3
+    expect_in err "git checkout"
+    ;;
+run_names_an_empty_data_file)
+    : >"$work/tree/data/Arial"
+    call run
+    expect_status 1
+    expect_in err data/Arial
+    ;;
+run_installs_what_is_missing_as_root)
+    without_package libcubeb-dev
+    without_package ninja-build
+    call run </dev/null
+    expect_in log "apt-get update"
+    expect_in log "install -y -qq --no-install-recommends libcubeb-dev ninja-build"
+    expect_status 7
+    ;;
+run_leaves_the_package_manager_alone_when_nothing_is_missing)
+    call run --window </dev/null
+    expect_status 7
+    expect_in out "played in data with: --window"
+    expect_not_in log apt-get
+    : >"$work/log"
+    call run </dev/null
+    expect_status 7
+    [ "$(cat "$work/log")" = "cmake --build --preset release --target skav -- -n" ] || fail "only a check expected"
+    [ ! -s "$work/err" ] || fail "nothing to say"
+    ;;
+run_prints_the_list_without_the_right_to_install)
+    stand_in sudo <<<$'#!/bin/bash\nexit 1'
+    MACHINE_USER=1000
+    without_package libmpg123-dev
+    without_package cmake
+    call run </dev/null
+    expect_status 1
+    expect_in err "apt-get install cmake libmpg123-dev"
+    [ ! -s "$work/log" ] || fail "nothing should have been done"
+    ;;
+test_prints_the_list_without_the_right_to_install)
+    stand_in sudo <<<$'#!/bin/bash\nexit 1'
+    MACHINE_USER=1000
+    without_package libgtest-dev
+    call test </dev/null
+    expect_status 1
+    expect_in err "apt-get install libgtest-dev"
+    [ ! -s "$work/log" ] || fail "nothing should have been done"
+    ;;
+test_installs_with_sudo)
+    stand_in sudo <<<$'#!/bin/bash\n[ "$1" = -n ] && shift\necho "sudo $*" >>"$MACHINE/log"\nexec "$@"'
+    MACHINE_USER=1000
+    without_package libgtest-dev
+    call test </dev/null
+    expect_status 0
+    expect_in log "sudo apt-get update"
+    expect_in log "libgtest-dev"
+    expect_in log "ctest --preset release"
+    expect_in log "ctest --preset sanitize"
+    ;;
+run_keeps_standard_input_for_the_show)
+    without_package ninja-build
+    call run <<<"e of the user"
+    expect_in out "and e of the user"
+    [ ! -s "$work/swallowed" ] || fail "standard input was swallowed by the set-up"
+    ;;
+*) fail "no such case: $case" ;;
+esac
