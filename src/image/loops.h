@@ -1,0 +1,62 @@
+// The inner loops of the filters: plain code over contiguous values, compiled once for every processor
+// generation that pays and chosen at run time. All variants give the same bits: integers wrap, and doubles
+// are only added, multiplied and divided, each operation rounded for itself.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// One weight of a kernel and where its value lies, relative to the value in the middle of the kernel. As sums
+// of wrapping integers may be taken in any order, taps of equal weight stand together and are multiplied
+// once: the first of them carries how many they are.
+struct Tap {
+    std::int32_t weight;
+    std::int32_t run;
+    std::ptrdiff_t offset;
+};
+
+struct Kernel {
+    const Tap* taps; // without those of weight 0
+    std::size_t count;
+    double divisor;
+    std::int32_t bias;
+    bool fits; // whether no result can leave 32 bits
+};
+
+// A linear map of values clamped to in_lo..in_hi.
+struct LevelMap {
+    std::int32_t in_lo, in_hi, out_lo;
+    double scale;
+};
+
+struct Loops {
+    const char* name;
+
+    // out[i] = trunc(bias + sum / divisor) with the sum of in[i + offset] * weight over all taps. Values are
+    // taken in blocks: kLoopSlack more than `count` must be readable.
+    void (*convolve)(std::int32_t* out, const std::int32_t* in, std::size_t count, const Kernel& kernel);
+
+    // v = trunc((v - in_lo) * scale + out_lo), where no result leaves 32 bits.
+    void (*map_levels)(std::int32_t* values, std::size_t count, const LevelMap& map);
+
+    // The same for a scale of 1 or -1, in integers.
+    void (*shift_levels)(std::int32_t* values, std::size_t count, const LevelMap& map);
+
+    // d = (m * opacity + d * (256 - opacity)) >> 8 with m of MixMode (image/filters.h).
+    void (*blend)(std::int32_t* dst, const std::int32_t* src, std::size_t count, int mode,
+                  std::int32_t opacity);
+
+    // out[i] = the minimum (which = 0, at most 65535) or maximum (at least 0) of three rows' values i-1, i,
+    // i+1.
+    void (*rank)(std::int32_t* out, const std::int32_t* above, const std::int32_t* row,
+                 const std::int32_t* below, std::size_t count, int which);
+};
+
+constexpr std::size_t kLoopSlack = 64;
+
+// The variants that this processor can run, the plainest first; null beyond the last.
+const Loops* loops_variant(int index);
+
+// The variant in use: the last one, unless a test has chosen another.
+const Loops& loops();
+void loops_use(const Loops* variant);

@@ -1,0 +1,159 @@
+// The one text of the inner loops. Each loops_<processor>.cpp includes it once, with these macros defined,
+// and is compiled for that processor:
+//   LOOPS_TABLE  name of the table of the loops
+//   LOOPS_NAME   the same for a reader
+//   LOOPS_BYTES  size of a vector register
+// It uses no inline function of any header: the linker would keep one copy of it for everybody, and that
+// could be the one for a processor that is not there.
+#include "image/filters.h"
+#include "image/loops.h"
+
+namespace {
+
+using std::int32_t;
+using std::ptrdiff_t;
+using std::size_t;
+using std::uint32_t;
+
+// --- Convolution ---
+
+typedef uint32_t Vector __attribute__((vector_size(LOOPS_BYTES)));
+typedef uint32_t UnalignedVector __attribute__((vector_size(LOOPS_BYTES), aligned(4), may_alias));
+
+constexpr size_t kVectors = 4; // registers per block: enough to hide the latency of a multiplication
+constexpr size_t kLanes = LOOPS_BYTES / sizeof(uint32_t);
+constexpr size_t kBlock = kVectors * kLanes;
+static_assert(kBlock <= kLoopSlack, "a block may read that much beyond the end");
+
+// sums[i] = the sum of in[i + offset] * weight over all taps, for one block.
+inline void sum_taps(int32_t sums[kBlock], const int32_t* in, const Kernel& kernel) {
+    Vector total[kVectors] = {};
+    const Tap* const end = kernel.taps + kernel.count;
+    for (const Tap* tap = kernel.taps; tap != end;) {
+        const uint32_t weight = static_cast<uint32_t>(tap->weight);
+        const Tap* const run_end = tap + tap->run;
+        Vector run[kVectors] = {};
+        for (; tap != run_end; ++tap) {
+            const UnalignedVector* values = reinterpret_cast<const UnalignedVector*>(in + tap->offset);
+            for (size_t v = 0; v < kVectors; ++v) run[v] += values[v];
+        }
+        for (size_t v = 0; v < kVectors; ++v) total[v] += run[v] * weight;
+    }
+    for (size_t v = 0; v < kVectors; ++v) reinterpret_cast<UnalignedVector*>(sums)[v] = total[v];
+}
+
+// out[i] = trunc(bias + sum / divisor) for a whole block. The division is a true one: the product with a
+// reciprocal would differ in the last bit, and so would some truncated values.
+inline void scale_sums(int32_t* out, const int32_t sums[kBlock], const Kernel& kernel) {
+    if (kernel.fits) {
+        for (size_t i = 0; i < kBlock; ++i) {
+            out[i] = static_cast<int32_t>(kernel.bias + sums[i] / kernel.divisor);
+        }
+        return;
+    }
+    for (size_t i = 0; i < kBlock; ++i) {
+        const double v = kernel.bias + sums[i] / kernel.divisor;
+        out[i] = v > -2147483649.0 && v < 2147483648.0 ? static_cast<int32_t>(v) : INT32_MIN;
+    }
+}
+
+void convolve(int32_t* out, const int32_t* in, size_t count, const Kernel& kernel) {
+    int32_t sums[kBlock], results[kBlock];
+    size_t i = 0;
+    for (; i + kBlock <= count; i += kBlock) {
+        sum_taps(sums, in + i, kernel);
+        scale_sums(out + i, sums, kernel);
+    }
+    if (i == count) return;
+    sum_taps(sums, in + i, kernel);
+    scale_sums(results, sums, kernel);
+    for (size_t k = 0; i < count; ++i, ++k) out[i] = results[k];
+}
+
+// --- Levels ---
+
+inline int32_t clamp(int32_t v, int32_t lo, int32_t hi) {
+    v = v < lo ? lo : v;
+    return v > hi ? hi : v;
+}
+
+void map_levels(int32_t* values, size_t count, const LevelMap& map) {
+    const int32_t lo = map.in_lo, hi = map.in_hi;
+    const double scale = map.scale, offset = map.out_lo;
+    for (size_t i = 0; i < count; ++i) {
+        values[i] = static_cast<int32_t>((clamp(values[i], lo, hi) - lo) * scale + offset);
+    }
+}
+
+void shift_levels(int32_t* values, size_t count, const LevelMap& map) {
+    const int32_t lo = map.in_lo, hi = map.in_hi;
+    if (map.scale > 0.0) {
+        const int32_t offset = map.out_lo - lo;
+        for (size_t i = 0; i < count; ++i) values[i] = clamp(values[i], lo, hi) + offset;
+    } else {
+        const int32_t offset = map.out_lo + lo;
+        for (size_t i = 0; i < count; ++i) values[i] = offset - clamp(values[i], lo, hi);
+    }
+}
+
+// --- Blending ---
+
+template <class Mix>
+inline void blend_all(int32_t* dst, const int32_t* src, size_t count, int32_t opacity, const Mix& mix) {
+    const int32_t rest = 256 - opacity;
+    for (size_t i = 0; i < count; ++i) {
+        const int32_t d = dst[i];
+        dst[i] = (mix(d, src[i]) * opacity + d * rest) >> 8;
+    }
+}
+
+void blend(int32_t* dst, const int32_t* src, size_t count, int mode, int32_t opacity) {
+    const auto all = [=](const auto& mix) { blend_all(dst, src, count, opacity, mix); };
+    switch (mode) {
+    case kMixAdd:
+        return all([](int32_t d, int32_t s) { return d + s; });
+    case kMixSubtract:
+        return all([](int32_t d, int32_t s) { return d - s; });
+    case kMixDifference:
+        return all([](int32_t d, int32_t s) { return d - s < 0 ? s - d : d - s; });
+    case kMixMultiply:
+        return all([](int32_t d, int32_t s) { return ((d >> 2) * (s >> 2)) >> 12; });
+    case kMixScreen:
+        return all([](int32_t d, int32_t s) {
+            return ((((d ^ 0xFFFF) >> 2) * ((s ^ 0xFFFF) >> 2)) >> 12) ^ 0xFFFF;
+        });
+    case kMixHardLight:
+        return all([](int32_t d, int32_t s) {
+            return s < 32769 ? ((s >> 3) * d) >> 12 : (s + d) * 2 - (((d >> 2) * (s >> 2)) >> 11) - 65536;
+        });
+    default:
+        return all([](int32_t, int32_t s) { return s; });
+    }
+}
+
+// --- Rank ---
+
+template <class Pick>
+inline void rank_all(int32_t* out, const int32_t* a, const int32_t* b, const int32_t* c, size_t count,
+                     int32_t start, const Pick& pick) {
+    for (ptrdiff_t i = 0; i < static_cast<ptrdiff_t>(count); ++i) {
+        const int32_t above = pick(pick(a[i - 1], a[i]), a[i + 1]);
+        const int32_t row = pick(pick(b[i - 1], b[i]), b[i + 1]);
+        const int32_t below = pick(pick(c[i - 1], c[i]), c[i + 1]);
+        out[i] = pick(pick(pick(above, row), below), start);
+    }
+}
+
+void rank(int32_t* out, const int32_t* above, const int32_t* row, const int32_t* below, size_t count,
+          int which) {
+    if (which) {
+        rank_all(out, above, row, below, count, 0, [](int32_t u, int32_t v) { return u > v ? u : v; });
+    } else {
+        rank_all(out, above, row, below, count, 65535, [](int32_t u, int32_t v) { return u < v ? u : v; });
+    }
+}
+
+} // namespace
+
+extern const Loops LOOPS_TABLE;
+const Loops LOOPS_TABLE = {LOOPS_NAME, convolve, map_levels, shift_levels, blend, rank};
