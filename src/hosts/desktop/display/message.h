@@ -1,0 +1,14 @@
+// The one line that a user gets when the program cannot go on.
+#pragma once
+
+#include <string>
+
+namespace desktop {
+
+// "<program>: <text>" on standard error, in one write.
+void say(const std::string& text);
+
+// Says `text` and ends the process with `status`, running the exit handlers.
+[[noreturn]] void fail(int status, const std::string& text);
+
+} // namespace desktop

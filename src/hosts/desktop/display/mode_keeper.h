@@ -1,0 +1,14 @@
+// A second, tiny process that outlives the show and sees to it that the desktop has its display mode back,
+// however the show ended: killed and crashed processes run no exit handlers.
+#pragma once
+
+#include "display/display_mode.h"
+
+namespace desktop {
+
+// Forks the keeper. It sleeps until this process is gone, then restores `mode` through a connection of its
+// own unless that is in force already, and ends. Call it while the process has one thread and no GL context.
+// Does nothing where `mode` is empty or no process can be had.
+void keep_display_mode(const DisplayMode& mode);
+
+} // namespace desktop
