@@ -1,0 +1,36 @@
+// skav-export: the show, unchanged, on a display that nobody sees and a clock that counts frames. This is the
+// program's entry; it prepares the run and then calls the show's own.
+#include "hosts/offscreen/data_folder.h"
+#include "hosts/offscreen/failure.h"
+#include "hosts/offscreen/options.h"
+#include "hosts/offscreen/prompt.h"
+#include "hosts/offscreen/run.h"
+
+#include <cstdio>
+#include <filesystem>
+
+// The linker gives the program's entry to the first and the show's to the second (--wrap=main).
+extern "C" int __wrap_main(int argc, char** argv);
+extern "C" int __real_main(int argc, char** argv);
+
+int __wrap_main(int argc, char** argv) {
+    try {
+        Options options = parse_options(argc, argv);
+        if (options.help) {
+            std::fputs(kHelp, stdout);
+            return 0;
+        }
+        if (options.output != "-") {
+            const bool folder = options.output.back() == '/';
+            options.output = std::filesystem::absolute(options.output).string();
+            if (folder && options.output.back() != '/') options.output += '/';
+        }
+        enter_data_folder(options.data);
+        start_run(options);
+        begin_prompt(options.language, options.output == "-");
+    } catch (const Failure& failure) {
+        std::fprintf(stderr, "skav-export: %s\n", failure.what());
+        return failure.status();
+    }
+    return __real_main(argc, argv);
+}

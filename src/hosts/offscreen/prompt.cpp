@@ -1,0 +1,57 @@
+#include "hosts/offscreen/prompt.h"
+
+#include "hosts/offscreen/failure.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+int g_saved_output = -1;
+
+void check(bool good) {
+    if (!good)
+        throw Failure(std::string("cannot arrange standard input and output: ") + std::strerror(errno));
+}
+
+// Makes standard input read `answer` and nothing more.
+void feed(const char* answer) {
+    int ends[2];
+    check(pipe(ends) == 0);
+    const bool written =
+        write(ends[1], answer, std::strlen(answer)) == static_cast<ssize_t>(std::strlen(answer));
+    close(ends[1]);
+    check(written && dup2(ends[0], STDIN_FILENO) == STDIN_FILENO);
+    close(ends[0]);
+}
+
+void divert_output(int descriptor) {
+    g_saved_output = dup(STDOUT_FILENO);
+    check(g_saved_output >= 0 && dup2(descriptor, STDOUT_FILENO) == STDOUT_FILENO);
+}
+
+} // namespace
+
+void begin_prompt(Language language, bool output_is_pictures) {
+    if (language == Language::ask) {
+        if (output_is_pictures) divert_output(STDERR_FILENO);
+        return;
+    }
+    feed(language == Language::english ? "e\n" : "g\n");
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    check(nowhere >= 0);
+    divert_output(nowhere);
+    close(nowhere);
+}
+
+void end_prompt() {
+    std::fflush(stdout);
+    if (g_saved_output < 0) return;
+    check(dup2(g_saved_output, STDOUT_FILENO) == STDOUT_FILENO);
+    close(g_saved_output);
+    g_saved_output = -1;
+}

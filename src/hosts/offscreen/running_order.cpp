@@ -1,0 +1,1 @@
+#include "hosts/offscreen/running_order.h"

@@ -1,0 +1,22 @@
+// Single pictures of the show as PNG files.
+#pragma once
+
+#include "hosts/offscreen/show_frames.h"
+#include "hosts/offscreen/sink.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+class Stills : public Sink {
+public:
+    // One time goes to the file `output`, unless that is a folder; several go to the folder `output`, which
+    // is made if it is missing, under names such as 012.500.png. Throws Failure.
+    Stills(const std::vector<ShowTime>& times, const ShowFrames& frames, const std::string& output);
+
+    void take(const Picture& picture) override;
+    void finish() override {}
+
+private:
+    std::multimap<std::int64_t, std::string> paths_; // by frame
+};
