@@ -1,20 +1,20 @@
 #include "display/display_mode.h"
 
+#include <algorithm>
+#include <cmath>
 #include <memory>
 #include <tuple>
 
 namespace desktop {
 namespace {
 
-struct FreeResources {
-    void operator()(XRRScreenResources* resources) const { XRRFreeScreenResources(resources); }
+struct FreeReply {
+    void operator()(XRRScreenResources* reply) const { XRRFreeScreenResources(reply); }
+    void operator()(XRRCrtcInfo* reply) const { XRRFreeCrtcInfo(reply); }
+    void operator()(XRROutputInfo* reply) const { XRRFreeOutputInfo(reply); }
 };
-using Resources = std::unique_ptr<XRRScreenResources, FreeResources>;
-
-struct FreeCrtcInfo {
-    void operator()(XRRCrtcInfo* info) const { XRRFreeCrtcInfo(info); }
-};
-using CrtcInfo = std::unique_ptr<XRRCrtcInfo, FreeCrtcInfo>;
+template <class T>
+using Reply = std::unique_ptr<T, FreeReply>;
 
 bool has_randr_1_3(Display* display) {
     int event_base = 0, error_base = 0, major = 0, minor = 0;
@@ -23,65 +23,132 @@ bool has_randr_1_3(Display* display) {
     return major > 1 || (major == 1 && minor >= 3);
 }
 
-Resources read_resources(Display* display) {
-    return Resources(XRRGetScreenResourcesCurrent(display, DefaultRootWindow(display)));
+Reply<XRRScreenResources> read_resources(Display* display) {
+    return Reply<XRRScreenResources>(XRRGetScreenResourcesCurrent(display, DefaultRootWindow(display)));
 }
 
-void turn_off(Display* display, XRRScreenResources* resources, RRCrtc crtc) {
-    XRRSetCrtcConfig(display, resources, crtc, CurrentTime, 0, 0, None, RR_Rotate_0, nullptr, 0);
+// Xlib remembers the root window's size from when the connection was opened; only the server knows it.
+Extent read_root_size(Display* display) {
+    XWindowAttributes attributes = {};
+    XGetWindowAttributes(display, DefaultRootWindow(display), &attributes);
+    return {attributes.width, attributes.height};
+}
+
+bool matches(const XRRModeInfo& mode, Extent size, int rate) {
+    if (static_cast<int>(mode.width) != size.width || static_cast<int>(mode.height) != size.height)
+        return false;
+    if (mode.modeFlags & (RR_Interlace | RR_DoubleScan)) return false;
+    const double total = static_cast<double>(mode.hTotal) * mode.vTotal;
+    return total > 0 && std::lround(static_cast<double>(mode.dotClock) / total) == rate;
+}
+
+// The output's mode of that size and rate, or None.
+RRMode find_mode(Display* display, RROutput output, Extent size, int rate) {
+    const Reply<XRRScreenResources> resources = read_resources(display);
+    if (!resources) return None;
+    const Reply<XRROutputInfo> info(XRRGetOutputInfo(display, resources.get(), output));
+    if (!info) return None;
+    for (int i = 0; i < resources->nmode; ++i) {
+        const XRRModeInfo& mode = resources->modes[i];
+        const bool offered =
+            std::find(info->modes, info->modes + info->nmode, mode.id) != info->modes + info->nmode;
+        if (offered && matches(mode, size, rate)) return mode.id;
+    }
+    return None;
 }
 
 } // namespace
 
 bool DisplayMode::Crtc::operator==(const Crtc& other) const {
-    return std::tie(id, mode, x, y, width, height, rotation, outputs) ==
-           std::tie(other.id, other.mode, other.x, other.y, other.width, other.height, other.rotation,
-                    other.outputs);
+    const auto values = [](const Crtc& crtc) {
+        return std::tie(crtc.id, crtc.mode, crtc.place.x, crtc.place.y, crtc.place.width, crtc.place.height,
+                        crtc.rotation, crtc.outputs);
+    };
+    return values(*this) == values(other);
 }
 
 bool DisplayMode::operator==(const DisplayMode& other) const {
-    return width_ == other.width_ && height_ == other.height_ && crtcs_ == other.crtcs_;
+    return root_.width == other.root_.width && root_.height == other.root_.height && crtcs_ == other.crtcs_;
 }
 
 DisplayMode DisplayMode::current(Display* display) {
     DisplayMode result;
+    result.root_ = read_root_size(display);
+    result.root_mm_ = {DisplayWidthMM(display, DefaultScreen(display)),
+                       DisplayHeightMM(display, DefaultScreen(display))};
     if (!has_randr_1_3(display)) return result;
-    const Resources resources = read_resources(display);
+    const Reply<XRRScreenResources> resources = read_resources(display);
     if (!resources) return result;
 
-    // Xlib remembers the root window's size from when the connection was opened; the server knows it.
-    XWindowAttributes root = {};
-    XGetWindowAttributes(display, DefaultRootWindow(display), &root);
-    result.width_ = root.width;
-    result.height_ = root.height;
-    result.width_mm_ = DisplayWidthMM(display, DefaultScreen(display));
-    result.height_mm_ = DisplayHeightMM(display, DefaultScreen(display));
-
+    result.primary_ = XRRGetOutputPrimary(display, DefaultRootWindow(display));
     for (int i = 0; i < resources->ncrtc; ++i) {
-        const CrtcInfo info(XRRGetCrtcInfo(display, resources.get(), resources->crtcs[i]));
+        const Reply<XRRCrtcInfo> info(XRRGetCrtcInfo(display, resources.get(), resources->crtcs[i]));
         if (!info) continue;
-        result.crtcs_.push_back({resources->crtcs[i], info->mode, info->x, info->y,
-                                 static_cast<int>(info->width), static_cast<int>(info->height),
-                                 info->rotation,
+        const Box place = {info->x, info->y, static_cast<int>(info->width), static_cast<int>(info->height)};
+        result.crtcs_.push_back({resources->crtcs[i], info->mode, place, info->rotation,
                                  std::vector<RROutput>(info->outputs, info->outputs + info->noutput)});
     }
     return result;
 }
 
-void DisplayMode::restore(Display* display) const {
-    if (empty() || current(display) == *this) return;
-    const Resources resources = read_resources(display);
+const DisplayMode::Crtc* DisplayMode::main_crtc() const {
+    const Crtc* first = nullptr;
+    for (const Crtc& crtc : crtcs_) {
+        if (crtc.mode == None || crtc.outputs.empty()) continue;
+        if (std::find(crtc.outputs.begin(), crtc.outputs.end(), primary_) != crtc.outputs.end()) return &crtc;
+        if (!first) first = &crtc;
+    }
+    return first;
+}
+
+Box DisplayMode::main_monitor() const {
+    const Crtc* crtc = main_crtc();
+    return crtc ? crtc->place : Box{0, 0, root_.width, root_.height};
+}
+
+DisplayMode DisplayMode::with_main_monitor_in(Display* display, Extent size, int rate) const {
+    const Crtc* chosen = main_crtc();
+    if (!chosen || !(chosen->rotation & (RR_Rotate_0 | RR_Rotate_180))) return *this;
+    const RRMode mode = find_mode(display, chosen->outputs.front(), size, rate);
+    if (mode == None) return *this;
+
+    DisplayMode result = *this;
+    result.root_ = {0, 0};
+    for (Crtc& crtc : result.crtcs_) {
+        if (crtc.id == chosen->id) {
+            crtc.mode = mode;
+            crtc.place = {crtc.place.x, crtc.place.y, size.width, size.height};
+        }
+        if (crtc.mode == None) continue;
+        result.root_.width = std::max(result.root_.width, crtc.place.x + crtc.place.width);
+        result.root_.height = std::max(result.root_.height, crtc.place.y + crtc.place.height);
+    }
+    result.root_mm_ = {std::max(1, root_mm_.width * result.root_.width / root_.width),
+                       std::max(1, root_mm_.height * result.root_.height / root_.height)};
+    return result;
+}
+
+void DisplayMode::apply(Display* display) const {
+    const DisplayMode before = current(display);
+    if (before == *this || crtcs_.size() != before.crtcs_.size()) return;
+    const Reply<XRRScreenResources> resources = read_resources(display);
     if (!resources) return;
 
     // The root window can only be resized while no monitor reaches beyond it; so: off, resize, on.
     XGrabServer(display);
-    for (const Crtc& crtc : crtcs_) turn_off(display, resources.get(), crtc.id);
-    XRRSetScreenSize(display, DefaultRootWindow(display), width_, height_, width_mm_, height_mm_);
-    for (const Crtc& crtc : crtcs_) {
-        if (crtc.mode == None) continue;
+    for (std::size_t i = 0; i < crtcs_.size(); ++i) {
+        if (crtcs_[i] == before.crtcs_[i]) continue;
+        XRRSetCrtcConfig(display, resources.get(), crtcs_[i].id, CurrentTime, 0, 0, None, RR_Rotate_0,
+                         nullptr, 0);
+    }
+    XRRSetScreenSize(display, DefaultRootWindow(display), root_.width, root_.height, root_mm_.width,
+                     root_mm_.height);
+    for (std::size_t i = 0; i < crtcs_.size(); ++i) {
+        const Crtc& crtc = crtcs_[i];
+        if (crtc == before.crtcs_[i] || crtc.mode == None) continue;
         std::vector<RROutput> outputs = crtc.outputs;
-        XRRSetCrtcConfig(display, resources.get(), crtc.id, CurrentTime, crtc.x, crtc.y, crtc.mode,
-                         crtc.rotation, outputs.data(), static_cast<int>(outputs.size()));
+        XRRSetCrtcConfig(display, resources.get(), crtc.id, CurrentTime, crtc.place.x, crtc.place.y,
+                         crtc.mode, crtc.rotation, outputs.data(), static_cast<int>(outputs.size()));
     }
     XUngrabServer(display);
     XSync(display, False);

@@ -1,4 +1,4 @@
-// The modes and places of all monitors, as a value: read from the server, compared, put back.
+// The modes and places of all monitors as a value: read from the server, changed, compared, put in force.
 #pragma once
 
 #include <X11/Xlib.h>
@@ -6,35 +6,46 @@
 
 #include <vector>
 
+#include "display/geometry.h"
+
 namespace desktop {
 
 class DisplayMode {
 public:
-    // What is in force now. Empty where the server's RandR is older than 1.3.
+    // What is in force now. Where the server's RandR is older than 1.3 it holds no monitor.
     static DisplayMode current(Display* display);
 
-    bool empty() const { return crtcs_.empty(); }
+    // This with the main monitor, the primary one or else the first that is on, in a mode of the given size
+    // and refresh rate (Hz, to the nearest integer). The other monitors keep their modes and places.
+    // Unchanged where that monitor does not have the mode, or stands upright.
+    DisplayMode with_main_monitor_in(Display* display, Extent size, int rate) const;
 
-    // Puts everything back as it was when this value was read; sends nothing if it still is. Returns when the
-    // server has done so.
-    void restore(Display* display) const;
+    // Place of the main monitor on the root window, y downwards from the top; without one, the root window.
+    Box main_monitor() const;
+
+    // Puts this in force. Monitors that are as they should be are not touched. Returns when the server is
+    // done.
+    void apply(Display* display) const;
+
+    bool operator==(const DisplayMode& other) const;
+    bool operator!=(const DisplayMode& other) const { return !(*this == other); }
 
 private:
     struct Crtc {
         RRCrtc id;
         RRMode mode; // None while it is off
-        int x, y;    // pixels
-        int width, height;
+        Box place;   // on the root window, y downwards
         Rotation rotation;
         std::vector<RROutput> outputs;
 
         bool operator==(const Crtc& other) const;
     };
 
-    bool operator==(const DisplayMode& other) const;
+    const Crtc* main_crtc() const;
 
-    int width_ = 0, height_ = 0;       // of the root window, pixels
-    int width_mm_ = 0, height_mm_ = 0; // of the root window, millimetres
+    Extent root_ = {0, 0};    // pixels
+    Extent root_mm_ = {0, 0}; // millimetres; for the pixels' sake only, so never compared
+    RROutput primary_ = None;
     std::vector<Crtc> crtcs_;
 };
 

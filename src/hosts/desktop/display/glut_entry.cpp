@@ -11,9 +11,9 @@
 #include <thread>
 
 #include "display/desktop.h"
-#include "display/game_mode.h"
 #include "display/message.h"
 #include "display/options.h"
+#include "display/screen_mode.h"
 #include "display/screensaver.h"
 #include "display/signals.h"
 #include "display/surface.h"
@@ -107,19 +107,24 @@ void create_window(Extent size) {
     g_surface = Surface::create();
 }
 
+// What glutGameModeString was given.
+Extent asked_mode_size() {
+    return {glutGameModeGet(GLUT_GAME_MODE_WIDTH), glutGameModeGet(GLUT_GAME_MODE_HEIGHT)};
+}
+
 // Without a surface the show's absolute places are the window's, which then has to have the picture's size.
 void open_plain_window() {
     create_window(kPicture);
     if (!g_surface) fix_window_size(kPicture);
 }
 
-// The window covers the screen from the start, for a desktop without a window manager that could see to it.
+// The window covers the monitor from the start, for a desktop without a window manager to see to it.
 void open_full_screen_window() {
-    glutInitWindowPosition(0, 0);
-    create_window({glutGet(GLUT_SCREEN_WIDTH), glutGet(GLUT_SCREEN_HEIGHT)});
+    const Box monitor = main_monitor(g_desktop);
+    glutInitWindowPosition(monitor.x, monitor.y);
+    create_window({monitor.width, monitor.height});
     if (g_surface) {
-        remove_frame();
-        glutFullScreen();
+        ask_for_full_screen();
     } else {
         glutReshapeWindow(kPicture.width, kPicture.height);
         fix_window_size(kPicture);
@@ -140,13 +145,15 @@ void __wrap_glutInit(int* argc, char** argv) {
     g_desktop = connect_to_desktop();
     glutInitErrorFunc(fail_for_glut);
     glutInitWarningFunc(pass_over_warning);
+    leave_mode_at_exit(); // after GLUT's own exit handler has taken the window away
     __real_glutInit(argc, argv);
 }
 
 int __wrap_glutEnterGameMode() {
     if (g_options.window) {
         open_plain_window();
-    } else if (!enter_game_mode(g_desktop)) {
+    } else {
+        enter_mode(g_desktop, asked_mode_size(), glutGameModeGet(GLUT_GAME_MODE_REFRESH_RATE));
         open_full_screen_window();
     }
     glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_EXIT);

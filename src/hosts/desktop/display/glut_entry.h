@@ -23,7 +23,6 @@ void __wrap_glutSwapBuffers();
 
 int __real_main(int argc, char** argv);
 void __real_glutInit(int* argc, char** argv);
-int __real_glutEnterGameMode();
 void __real_glutReshapeFunc(void (*callback)(int width, int height));
 void __real_glutDisplayFunc(void (*callback)());
 void __real_glutIdleFunc(void (*callback)());

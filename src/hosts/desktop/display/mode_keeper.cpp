@@ -36,20 +36,18 @@ void wait_for_end(int pipe_end) {
 
 } // namespace
 
-void keep_display_mode(const DisplayMode& mode) {
-    if (mode.empty()) return;
+bool keep_display_mode(const DisplayMode& mode) {
     int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) return;
+    if (pipe2(ends, O_CLOEXEC) != 0) return false;
     const pid_t child = fork();
-    if (child != 0) { // the writing end stays open for as long as this process lives
-        close(ends[0]);
-        if (child < 0) close(ends[1]);
-        return;
+    if (child == 0) {
+        wait_for_end(detach(ends[0]));
+        if (Display* display = XOpenDisplay(nullptr)) mode.apply(display);
+        _exit(0);
     }
-
-    wait_for_end(detach(ends[0]));
-    if (Display* display = XOpenDisplay(nullptr)) mode.restore(display);
-    _exit(0);
+    close(ends[0]);
+    if (child < 0) close(ends[1]); // else it stays open for as long as this process lives
+    return child > 0;
 }
 
 } // namespace desktop

@@ -6,9 +6,9 @@
 
 namespace desktop {
 
-// Forks the keeper. It sleeps until this process is gone, then restores `mode` through a connection of its
-// own unless that is in force already, and ends. Call it while the process has one thread and no GL context.
-// Does nothing where `mode` is empty or no process can be had.
-void keep_display_mode(const DisplayMode& mode);
+// Forks the keeper. It sleeps until this process is gone, then puts `mode` in force through a connection of
+// its own unless it is already, and ends. Call it while the process has one thread and no GL context. Returns
+// false where no process can be had.
+bool keep_display_mode(const DisplayMode& mode);
 
 } // namespace desktop

@@ -29,6 +29,17 @@ Bool is_close_request(Display*, XEvent* event, XPointer argument) {
            static_cast<Atom>(event->xclient.data.l[0]) == atoms->delete_window;
 }
 
+void remove_frame(const CurrentWindow& window) {
+    struct {
+        unsigned long flags, functions, decorations;
+        long input_mode;
+        unsigned long status;
+    } hints = {1UL << 1, 0, 0, 0, 0}; // only `decorations` counts: none
+    const Atom property = XInternAtom(window.display, "_MOTIF_WM_HINTS", False);
+    XChangeProperty(window.display, window.id, property, property, 32, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(&hints), 5);
+}
+
 template <class Function>
 Function look_up(const char* name) {
     return reinterpret_cast<Function>(glXGetProcAddressARB(reinterpret_cast<const GLubyte*>(name)));
@@ -63,16 +74,20 @@ void name_window_class(const char* name) {
     XSetClassHint(window.display, window.id, &hint);
 }
 
-void remove_frame() {
+void ask_for_full_screen() {
     const CurrentWindow window;
-    struct {
-        unsigned long flags, functions, decorations;
-        long input_mode;
-        unsigned long status;
-    } hints = {1UL << 1, 0, 0, 0, 0}; // only `decorations` counts: none
-    const Atom property = XInternAtom(window.display, "_MOTIF_WM_HINTS", False);
-    XChangeProperty(window.display, window.id, property, property, 32, PropModeReplace,
-                    reinterpret_cast<const unsigned char*>(&hints), 5);
+    remove_frame(window);
+    XEvent event = {};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window.id;
+    event.xclient.message_type = XInternAtom(window.display, "_NET_WM_STATE", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = 1; // add
+    event.xclient.data.l[1] =
+        static_cast<long>(XInternAtom(window.display, "_NET_WM_STATE_FULLSCREEN", False));
+    event.xclient.data.l[3] = 1; // asked by a normal application
+    XSendEvent(window.display, DefaultRootWindow(window.display), False,
+               SubstructureRedirectMask | SubstructureNotifyMask, &event);
 }
 
 void fix_window_size(Extent size) {

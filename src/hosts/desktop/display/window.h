@@ -15,8 +15,9 @@ bool take_close_request();
 // The name by which desktops match a window with the program's entry in their menus; GLUT sets none.
 void name_window_class(const char* name);
 
-// Keeps the window manager from drawing a frame around the window.
-void remove_frame();
+// Keeps the window manager from drawing a frame around the window and asks it for full screen, on the monitor
+// that the window is on. Without a window manager the window stays where it is.
+void ask_for_full_screen();
 
 // Keeps the window manager from letting the window have any other size.
 void fix_window_size(Extent size);
