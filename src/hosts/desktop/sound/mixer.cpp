@@ -1,0 +1,85 @@
+#include "hosts/desktop/sound/mixer.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <thread>
+#include <utility>
+
+namespace sound {
+
+namespace {
+
+constexpr float kTailDecay = 0.98f;  // per frame: inaudible after some 10 ms
+constexpr float kTailSilent = 1e-5f; // below the smallest step of 16 bits
+
+} // namespace
+
+void Mixer::play(StreamedSound& sound, std::uint64_t play) {
+    replace(std::make_unique<Play>(Play{&sound, play, sound.begin()}));
+}
+
+void Mixer::stop() { replace(nullptr); }
+
+// Shows render() the new play, and waits until no call that may have seen the old one is under way. Both
+// sides store first and look then, in one order for all threads: either this sees the call, or the call sees
+// the new play.
+void Mixer::replace(std::unique_ptr<Play> play) {
+    play_.store(play.get(), std::memory_order_seq_cst);
+    while (rendering_.load(std::memory_order_seq_cst))
+        std::this_thread::sleep_for(std::chrono::microseconds(50));
+    owned_play_ = std::move(play);
+}
+
+void Mixer::render(float* out, std::size_t frames) {
+    if (rendering_.exchange(true, std::memory_order_seq_cst)) {
+        std::fill_n(out, 2 * frames, 0.0f);
+        return;
+    }
+    const std::uint64_t device = handed_out_.load(std::memory_order_relaxed);
+    const Play* play = play_.load(std::memory_order_seq_cst);
+    change_to(play);
+
+    const std::size_t taken = play ? play->sound->take(out, frames) : 0;
+    if (taken > 0 && !running_) {
+        segments_.add({static_cast<double>(device), static_cast<double>(music_), play->number, true});
+        running_ = true;
+    }
+    music_ += static_cast<std::int64_t>(taken);
+    if (taken > 0) last_ = {out[2 * taken - 2], out[2 * taken - 1]};
+    std::size_t tail_begin = 0;
+    if (taken < frames && running_) { // the music's end, or the decoder is late: the music stands still
+        const auto end = static_cast<double>(device + taken);
+        segments_.add({end, static_cast<double>(music_), play->number, false});
+        running_ = false;
+        tail_ = last_;
+        tail_begin = taken;
+    }
+    std::fill_n(out + 2 * taken, 2 * (frames - taken), 0.0f);
+    add_tail(out + 2 * tail_begin, frames - tail_begin);
+
+    handed_out_.store(device + frames, std::memory_order_release);
+    rendering_.store(false, std::memory_order_seq_cst);
+}
+
+// Notes what plays from here on, null for nothing.
+void Mixer::change_to(const Play* play) {
+    const std::uint64_t number = play ? play->number : 0;
+    if (number == rendered_play_) return;
+    if (running_) tail_ = last_;
+    running_ = false;
+    rendered_play_ = number;
+    music_ = play ? play->begin : 0;
+}
+
+void Mixer::add_tail(float* out, std::size_t frames) {
+    for (std::size_t i = 0; i < frames; ++i) {
+        if (std::fabs(tail_[0]) < kTailSilent && std::fabs(tail_[1]) < kTailSilent) return;
+        for (std::size_t side = 0; side < 2; ++side) {
+            tail_[side] *= kTailDecay;
+            out[2 * i + side] += tail_[side];
+        }
+    }
+}
+
+} // namespace sound

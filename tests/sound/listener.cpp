@@ -1,0 +1,127 @@
+#include "sound/listener.h"
+
+#include "hosts/desktop/sound/steady_time.h"
+#include "sound/test_music.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <thread>
+
+namespace {
+
+constexpr double kRate = 44100;
+constexpr std::int64_t kPiece = 512;   // frames of a piece that is looked for
+constexpr std::int64_t kStride = 2205; // from one piece to the next: 50 ms
+constexpr std::int64_t kReach = 6615;  // how far around the told place: 150 ms
+
+// What the polls say about the moment `time`, in ms.
+double told_at(const std::vector<Poll>& polls, double time) {
+    const auto next = std::lower_bound(polls.begin(), polls.end(), time,
+                                       [](const Poll& poll, double at) { return poll.after < at; });
+    if (next == polls.end()) return polls.back().position;
+    if (next == polls.begin()) return next->position;
+    const Poll& last = *(next - 1);
+    const double part = (time - last.after) / (next->after - last.after);
+    return last.position + part * (static_cast<double>(next->position) - last.position);
+}
+
+} // namespace
+
+FMOD_SYSTEM* start_system() {
+    FMOD_SYSTEM* system = nullptr;
+    EXPECT_EQ(FMOD_System_Create(&system), FMOD_OK);
+    EXPECT_EQ(FMOD_System_Init(system, 1, FMOD_INIT_NORMAL, nullptr), FMOD_OK);
+    return system;
+}
+
+FMOD_SOUND* open_sound(FMOD_SYSTEM* system, const std::string& path) {
+    FMOD_SOUND* sound = nullptr;
+    EXPECT_EQ(FMOD_System_CreateSound(system, path.c_str(), FMOD_2D | FMOD_SOFTWARE | FMOD_CREATESTREAM,
+                                      nullptr, &sound),
+              FMOD_OK);
+    return sound;
+}
+
+FMOD_CHANNEL* play_sound(FMOD_SYSTEM* system, FMOD_SOUND* sound) {
+    FMOD_CHANNEL* channel = nullptr;
+    EXPECT_EQ(FMOD_System_PlaySound(system, FMOD_CHANNEL_FREE, sound, 0, &channel), FMOD_OK);
+    return channel;
+}
+
+Poll poll(FMOD_CHANNEL* channel) {
+    Poll result{};
+    result.before = sound::steady_seconds();
+    EXPECT_EQ(FMOD_Channel_GetPosition(channel, &result.position, FMOD_TIMEUNIT_MS), FMOD_OK);
+    result.after = sound::steady_seconds();
+    return result;
+}
+
+std::vector<Poll> poll_for(FMOD_CHANNEL* channel, double seconds, double interval, unsigned until) {
+    std::vector<Poll> polls;
+    const double end = sound::steady_seconds() + seconds;
+    while (sound::steady_seconds() < end) {
+        polls.push_back(poll(channel));
+        if (polls.back().position >= until) break;
+        std::this_thread::sleep_for(std::chrono::duration<double>(interval));
+    }
+    return polls;
+}
+
+std::vector<Run> find_runs(const PulseRecorder& recorder, const std::vector<float>& music,
+                           const std::vector<Poll>& polls) {
+    std::vector<Run> runs;
+    const float* recorded = recorder.samples().data();
+    const std::int64_t end = std::min(recorder.frame_at(polls.back().after), recorder.frames()) - kPiece;
+    for (std::int64_t at = recorder.frame_at(polls.front().before); at < end; at += kStride) {
+        const auto told = static_cast<std::int64_t>(told_at(polls, recorder.time_of(at)) * kRate / 1000);
+        const std::int64_t found = find_piece(music, recorded + 2 * at, kPiece, told - kReach, told + kReach);
+        if (found < 0) continue;
+        if (!runs.empty() && std::llabs(found - at - runs.back().lead) <= 1)
+            runs.back().end = at + kPiece;
+        else
+            runs.push_back({at, at + kPiece, found - at});
+    }
+    return runs;
+}
+
+void expect_polls_follow(const PulseRecorder& recorder, const std::vector<float>& music,
+                         const std::vector<Poll>& polls) {
+    const std::vector<Run> runs = find_runs(recorder, music, polls);
+    ASSERT_FALSE(runs.empty());
+    std::int64_t heard = 0;
+    double worst = 0;
+    double worst_at = 0;
+    int repeated = 0;
+    int fell = 0;
+    for (const Run& run : runs) heard += run.end - run.begin;
+
+    for (std::size_t i = 0; i < polls.size(); ++i) {
+        if (i > 0 && polls[i].position < polls[i - 1].position) ++fell;
+        const double time = (polls[i].before + polls[i].after) / 2;
+        const std::int64_t frame = recorder.frame_at(time);
+        for (const Run& run : runs) {
+            const bool after_gap = &run != &runs.front() && frame < run.begin + kRate / 3;
+            if (frame < run.begin || frame >= run.end || after_gap) continue;
+            const double audible = static_cast<double>(frame + run.lead) * 1000 / kRate;
+            const double off = polls[i].position - audible;
+            if (std::fabs(off) > std::fabs(worst)) {
+                worst = off;
+                worst_at = audible;
+            }
+            const bool apart = i > 0 && polls[i].before - polls[i - 1].after >= 0.002;
+            const bool ran = i > 0 && recorder.frame_at(polls[i - 1].before) >= run.begin;
+            if (apart && ran && polls[i].position == polls[i - 1].position) ++repeated;
+        }
+    }
+    const double told = (polls.back().position - polls.front().position) / 1000.0;
+    std::printf("heard %.2f of %.2f s told in %zu run(s), worst %.2f ms at %.0f ms, %d repeated, %d fell\n",
+                static_cast<double>(heard) / kRate, told, runs.size(), worst, worst_at, repeated, fell);
+    EXPECT_GT(static_cast<double>(heard) / kRate, 0.9 * told - 0.2);
+    EXPECT_LT(std::fabs(worst), 10) << "at " << worst_at << " ms";
+    EXPECT_EQ(repeated, 0);
+    EXPECT_EQ(fell, 0);
+}
