@@ -38,6 +38,7 @@ bool Player::seek_ms(unsigned position) {
 void Player::start(StreamedSound& sound) {
     sound_ = &sound;
     position_ = static_cast<double>(sound.begin());
+    started_ = output_.audible();
     mixer_.play(sound, ++play_);
 }
 
@@ -46,8 +47,13 @@ unsigned Player::position_ms() {
     const std::optional<Segment> segment = mixer_.segments().at(device);
     if (sound_ && segment && segment->play == play_) {
         const double since = segment->running ? device - segment->device : 0;
-        const double end = static_cast<double>(sound_->length());
-        position_ = std::max(position_, std::min(segment->music + since, end));
+        const double heard = segment->music + since;
+        // The silent device takes its frames a little late, so a sound may seem to begin before it was
+        // played.
+        const double since_start = device - started_;
+        const double most = std::min(static_cast<double>(sound_->begin()) + since_start,
+                                     static_cast<double>(sound_->length()));
+        position_ = std::max(position_, std::min(heard, most));
     }
     return static_cast<unsigned>(position_ * 1000 / Mp3Stream::kRate);
 }

@@ -57,6 +57,7 @@ private:
     StreamedSound* sound_ = nullptr;
     std::uint64_t play_ = 0; // number of the last play
     double position_ = 0;    // last told, in frames
+    double started_ = 0;     // the device frame that was audible at the last start
 };
 
 } // namespace sound

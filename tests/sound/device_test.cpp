@@ -1,0 +1,139 @@
+// No device, and devices that are lost: the position goes on, and the program ends in time.
+#include "sound/listener.h"
+#include "sound/mp3_writer.h"
+#include "sound/pulse_recorder.h"
+#include "sound/pulse_server.h"
+#include "sound/scratch_folder.h"
+#include "sound/test_music.h"
+
+#include "hosts/desktop/sound/steady_time.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+
+namespace {
+
+class DeviceTest : public ::testing::Test {
+protected:
+    std::string make_file(double seconds) {
+        write_mp3(path_, noise(seconds, 1));
+        return path_;
+    }
+
+    ScratchFolder folder_;
+    std::string path_ = folder_.file("a.mp3");
+};
+
+// Expects that the polls keep step with real time from the first one on, which may lie `late` ms behind.
+void expect_steady(const std::vector<Poll>& polls, double late_ms) {
+    const Poll& first = polls.front();
+    double least = 1e9;
+    double most = -1e9;
+    for (std::size_t i = 1; i < polls.size(); ++i) {
+        const double gone = (polls[i].before - first.after) * 1000;
+        const double off = static_cast<double>(polls[i].position) - first.position - gone;
+        least = std::min(least, off);
+        most = std::max(most, off);
+        EXPECT_GE(polls[i].position, polls[i - 1].position);
+        const bool apart = polls[i].before - polls[i - 1].after >= 0.002;
+        if (apart && late_ms == 0) {
+            EXPECT_GT(polls[i].position, polls[i - 1].position);
+        }
+    }
+    EXPECT_GT(least, -2 - late_ms);
+    EXPECT_LT(most, 2);
+}
+
+TEST_F(DeviceTest, WithoutOneThePositionKeepsStepWithRealTimeUpToTheLength) {
+    hide_sound_devices(folder_);
+    FMOD_SYSTEM* system = start_system();
+    FMOD_CHANNEL* channel = play_sound(system, open_sound(system, make_file(3)));
+    poll_for(channel, 1, 0.001, 1);
+    expect_steady(poll_for(channel, 2), 0);
+    poll_for(channel, 2, 0.01);
+    EXPECT_EQ(poll(channel).position, 3000u);
+}
+
+TEST_F(DeviceTest, WithoutOneASoundStartsAtOnceAndCanBeMovedAndReplaced) {
+    hide_sound_devices(folder_);
+    FMOD_SYSTEM* system = start_system();
+    FMOD_SOUND* sound = open_sound(system, make_file(5));
+    FMOD_CHANNEL* channel = play_sound(system, sound);
+    poll_for(channel, 0.5);
+    ASSERT_EQ(FMOD_Channel_SetPosition(channel, 4000, FMOD_TIMEUNIT_MS), FMOD_OK);
+    EXPECT_GE(poll(channel).position, 4000u);
+    EXPECT_LT(poll(channel).position, 4300u);
+    EXPECT_EQ(FMOD_Channel_SetPosition(channel, 5001, FMOD_TIMEUNIT_MS), FMOD_ERR_INVALID_POSITION);
+    EXPECT_GE(poll(channel).position, 4000u);
+    ASSERT_EQ(FMOD_Sound_Release(sound), FMOD_OK);
+    channel = play_sound(system, open_sound(system, path_));
+    EXPECT_LT(poll(channel).position, 300u);
+    poll_for(channel, 1, 0.001, 1);
+    expect_steady(poll_for(channel, 1), 0);
+}
+
+TEST_F(DeviceTest, ThatDiesWhilePlayingLetsThePositionGoOn) {
+    make_file(6);
+    PulseServer server;
+    const PulseRecorder recorder;
+    FMOD_SYSTEM* system = start_system();
+    FMOD_CHANNEL* channel = play_sound(system, open_sound(system, path_));
+    std::vector<Poll> polls = poll_for(channel, 2);
+    EXPECT_GT(polls.back().position, 1000u);
+    server.kill();
+    const std::vector<Poll> after = poll_for(channel, 2);
+    EXPECT_GE(after.front().position, polls.back().position);
+    expect_steady(after, 50); // whatever the device still held was lost
+    poll_for(channel, 3, 0.01);
+    EXPECT_EQ(poll(channel).position, 6000u);
+}
+
+TEST_F(DeviceTest, ThatHangsWhilePlayingLetsThePositionGoOnAfterASecond) {
+    make_file(8);
+    PulseServer server;
+    const PulseRecorder recorder;
+    FMOD_SYSTEM* system = start_system();
+    FMOD_CHANNEL* channel = play_sound(system, open_sound(system, path_));
+    std::vector<Poll> polls = poll_for(channel, 2);
+    server.freeze();
+    polls = poll_for(channel, 3);
+    for (std::size_t i = 1; i < polls.size(); ++i) ASSERT_GE(polls[i].position, polls[i - 1].position);
+    EXPECT_GT(polls.back().position, polls.front().position + 1500);
+    expect_steady(poll_for(channel, 1), 0);
+}
+
+// The program that plays and then just ends. Its exit status, its last words and how long it took to end.
+void play_and_exit(const std::string& path, const std::string& note) {
+    FMOD_SYSTEM* system = start_system();
+    FMOD_CHANNEL* channel = play_sound(system, open_sound(system, path));
+    poll_for(channel, 0.5);
+    std::ofstream(note) << std::fixed << sound::steady_seconds();
+    std::exit(0);
+}
+
+class ExitTest : public DeviceTest {
+protected:
+    void expect_quick_and_quiet_exit() {
+        ::testing::FLAGS_gtest_death_test_style = "fast";
+        const std::string note = folder_.file("exit");
+        EXPECT_EXIT(play_and_exit(make_file(5), note), ::testing::ExitedWithCode(0), ::testing::Eq(""));
+        double exit_called = 0;
+        std::ifstream(note) >> exit_called;
+        EXPECT_LT(sound::steady_seconds() - exit_called, 1);
+    }
+};
+
+TEST_F(ExitTest, WhilePlayingIsQuickCleanAndQuiet) {
+    const PulseServer server;
+    expect_quick_and_quiet_exit();
+}
+
+TEST_F(ExitTest, WithoutADeviceIsQuickCleanAndQuiet) {
+    hide_sound_devices(folder_);
+    expect_quick_and_quiet_exit();
+}
+
+} // namespace
