@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -27,27 +28,45 @@ int detach(int kept_descriptor) {
     return descriptor;
 }
 
-// The pipe's other end is never written to: it closes when the show's process is gone.
-void wait_for_end(int pipe_end) {
-    char byte;
-    while (read(pipe_end, &byte, 1) < 0 && errno == EINTR) {
-    }
+// Whether the show's process ended without a word: its end closed and nothing had come from it.
+bool was_left_alone(int end) {
+    char word;
+    ssize_t count;
+    do {
+        count = read(end, &word, 1);
+    } while (count < 0 && errno == EINTR);
+    return count == 0;
 }
+
+int g_keeper = -1; // this process's end; it stays open for as long as this process lives
 
 } // namespace
 
 bool keep_display_mode(const DisplayMode& mode) {
     int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) return false;
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return false;
     const pid_t child = fork();
     if (child == 0) {
-        wait_for_end(detach(ends[0]));
-        if (Display* display = XOpenDisplay(nullptr)) mode.apply(display);
+        if (was_left_alone(detach(ends[0]))) {
+            if (Display* display = XOpenDisplay(nullptr)) mode.apply(display);
+        }
         _exit(0);
     }
     close(ends[0]);
-    if (child < 0) close(ends[1]); // else it stays open for as long as this process lives
-    return child > 0;
+    if (child < 0) {
+        close(ends[1]);
+        return false;
+    }
+    g_keeper = ends[1];
+    return true;
+}
+
+void dismiss_mode_keeper() {
+    if (g_keeper < 0) return;
+    const char word = 0;
+    send(g_keeper, &word, 1, MSG_NOSIGNAL); // fails only where the keeper is gone already
+    close(g_keeper);
+    g_keeper = -1;
 }
 
 } // namespace desktop

@@ -12,7 +12,9 @@ Display* g_display = nullptr; // null while the mode is the desktop's own
 DisplayMode g_desktop_mode;
 
 void leave_mode() {
-    if (g_display) g_desktop_mode.apply(g_display);
+    if (!g_display) return;
+    g_desktop_mode.apply(g_display);
+    dismiss_mode_keeper();
     g_display = nullptr;
 }
 

@@ -1,0 +1,33 @@
+// X servers of a test's own, on display numbers that they find themselves, ended with the test.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "process.h"
+
+class DisplayServer {
+public:
+    // An Xvfb with one screen and further arguments.
+    static std::unique_ptr<DisplayServer> virtual_screen(int width, int height,
+                                                         const std::vector<std::string>& arguments = {});
+
+    // A real Xorg whose dummy monitor is in a 1280x960 mode and has one of 1024x768 at 60 Hz. Null where Xorg
+    // or its dummy driver cannot be started.
+    static std::unique_ptr<DisplayServer> with_modes();
+
+    // For $DISPLAY.
+    const std::string& name() const { return name_; }
+
+    // Ends the server under the feet of its clients.
+    void end();
+
+private:
+    DisplayServer() = default;
+    bool start(std::vector<std::string> words);
+
+    TemporaryDirectory directory_;
+    std::unique_ptr<Process> process_;
+    std::string name_;
+};
