@@ -18,6 +18,9 @@ constexpr std::int64_t kPiece = 512;   // frames of a piece that is looked for
 constexpr std::int64_t kStride = 2205; // from one piece to the next: 50 ms
 constexpr std::int64_t kReach = 6615;  // how far around the told place: 150 ms
 
+// A program loads for a while before it plays. A sound server needs some of that to find its pace.
+constexpr std::chrono::milliseconds kLoading{500};
+
 // What the polls say about the moment `time`, in ms.
 double told_at(const std::vector<Poll>& polls, double time) {
     const auto next = std::lower_bound(polls.begin(), polls.end(), time,
@@ -35,6 +38,7 @@ FMOD_SYSTEM* start_system() {
     FMOD_SYSTEM* system = nullptr;
     EXPECT_EQ(FMOD_System_Create(&system), FMOD_OK);
     EXPECT_EQ(FMOD_System_Init(system, 1, FMOD_INIT_NORMAL, nullptr), FMOD_OK);
+    std::this_thread::sleep_for(kLoading);
     return system;
 }
 

@@ -50,11 +50,12 @@ PulseServer::PulseServer() {
     const std::string protocol =
         "module-native-protocol-unix socket=" + socket_path + " auth-anonymous=1 auth-cookie-enabled=0";
 
+    // Where this is allowed: a busy machine must starve neither the device nor this process's threads.
+    setpriority(PRIO_PROCESS, 0, -11);
     process_ = fork();
     if (process_ < 0) throw std::runtime_error("cannot start a process");
     if (process_ == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
-        setpriority(PRIO_PROCESS, 0, -11); // where this is allowed: a busy machine must not starve the device
         const int nothing = open("/dev/null", O_RDWR);
         for (int descriptor = 0; descriptor < 3; ++descriptor) dup2(nothing, descriptor);
         execl(PULSEAUDIO_PROGRAM, "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1",
