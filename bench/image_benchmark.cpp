@@ -1,7 +1,7 @@
-// The image operations that scenes use, at the sizes at which they use them. Every benchmark also times a memcpy of
-// the same planes in the same run and reports `x_memcpy`, the quotient of the shortest times of both: the figure to
-// compare between machines and commits. Plasma, whose cost is its random numbers, also reports `x_draws`, the
-// multiple of a loop that only draws as many.
+// The image operations that scenes use, at the sizes at which they use them. Every benchmark also times a
+// memcpy of the same planes in the same run and reports `x_memcpy`, the quotient of the shortest times of
+// both: the figure to compare between machines and commits. Plasma, whose cost is its random numbers, also
+// reports `x_draws`, the multiple of a loop that only draws as many.
 #include <GL/glu.h>
 #include <benchmark/benchmark.h>
 
@@ -94,7 +94,8 @@ void measure(benchmark::State& state, const Case& c, const Loops* variant) {
         state.SetIterationTime(seconds);
         shortest = std::min(shortest, seconds);
         shortest_copy = std::min(shortest_copy, seconds_of([&] { copy.run(img.get()); }));
-        if (c.compare_draws) shortest_draws = std::min(shortest_draws, seconds_of([=] { draw_numbers(draws); }));
+        if (c.compare_draws)
+            shortest_draws = std::min(shortest_draws, seconds_of([=] { draw_numbers(draws); }));
     }
     state.counters["x_memcpy"] = shortest / shortest_copy;
     if (c.compare_draws) state.counters["x_draws"] = shortest / shortest_draws;
@@ -140,7 +141,8 @@ const Case kCases[] = {
     {"blur_h_r4/512x512", 512, 512, 1, [](Image* img) { image_blur_h(img, 4, 1.0); }},
     {"blur_h_r1/512x128", 512, 128, 1, [](Image* img) { image_blur_h(img, 1, 1.0); }},
     {"blur_v_r1/512x128", 512, 128, 1, [](Image* img) { image_blur_v(img, 1, 1.0); }},
-    {"blur_directional_7x7/256x256", 256, 256, 9, [](Image* img) { image_blur_directional(img, 3, 0.0, 1.0, 1.0); }},
+    {"blur_directional_7x7/256x256", 256, 256, 9,
+     [](Image* img) { image_blur_directional(img, 3, 0.0, 1.0, 1.0); }},
     {"upload/512x512", 512, 512, 1, [](Image* img) { image_upload(img, 1); }},
     {"upload/1024x1024_color", 1024, 1024, 2, [](Image* img) { image_upload(img, 1); }},
     {"plasma/256x256_tile", 256, 256, 9, [](Image* img) { image_plasma(img, 32768, 0.67); }, true},

@@ -1,6 +1,7 @@
 #include "image/convolution.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "image/filters.h"
 #include "image/loops.h"
@@ -35,10 +36,22 @@ std::size_t group_taps(Tap* taps, std::size_t count) {
     return static_cast<std::size_t>(end - taps);
 }
 
+// A factor by which the truncated product is always the truncated quotient, or 0.
+//
+// The product with a plain reciprocal would fall short of some quotients that are integers. This one is too
+// large by 2^-49, so it never does; and it never reaches an integer that the quotient does not reach: where
+// the divisor is m / 2^t with t <= 16, a quotient that is no integer misses the next one by at least 1/m,
+// which is more than 2^-47 of itself for sums of 32 bits.
+double exact_reciprocal(const KernelArgs& args) {
+    const double m = args.divisor * 65536.0;
+    const bool exact = args.bias == 0 && args.divisor >= 1.0 && m < 9007199254740992.0 && m == std::floor(m);
+    return exact ? 1.0 / args.divisor * (1.0 + 1.0 / 562949953421312.0) : 0.0;
+}
+
 Kernel make_kernel(const Tap* taps, std::size_t count, const KernelArgs& args) {
     const bool fits =
         fits_32(args.bias + INT32_MIN / args.divisor) && fits_32(args.bias + INT32_MAX / args.divisor);
-    return {taps, count, args.divisor, args.bias, fits};
+    return {taps, count, args.divisor, args.bias, fits, exact_reciprocal(args)};
 }
 
 // --- Two-dimensional ---

@@ -21,6 +21,8 @@ struct Kernel {
     double divisor;
     std::int32_t bias;
     bool fits; // whether no result can leave 32 bits
+    double
+        reciprocal; // trunc(sum * reciprocal) is the exact result for every sum; 0 where no number does that
 };
 
 // A linear map of values clamped to in_lo..in_hi.

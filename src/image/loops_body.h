@@ -32,9 +32,11 @@ inline void sum_taps(int32_t sums[kBlock], const int32_t* in, const Kernel& kern
     for (const Tap* tap = kernel.taps; tap != end;) {
         const uint32_t weight = static_cast<uint32_t>(tap->weight);
         const Tap* const run_end = tap + tap->run;
-        Vector run[kVectors] = {};
-        for (; tap != run_end; ++tap) {
-            const UnalignedVector* values = reinterpret_cast<const UnalignedVector*>(in + tap->offset);
+        Vector run[kVectors];
+        const UnalignedVector* values = reinterpret_cast<const UnalignedVector*>(in + tap->offset);
+        for (size_t v = 0; v < kVectors; ++v) run[v] = values[v];
+        while (++tap != run_end) {
+            values = reinterpret_cast<const UnalignedVector*>(in + tap->offset);
             for (size_t v = 0; v < kVectors; ++v) run[v] += values[v];
         }
         for (size_t v = 0; v < kVectors; ++v) total[v] += run[v] * weight;
@@ -42,18 +44,18 @@ inline void sum_taps(int32_t sums[kBlock], const int32_t* in, const Kernel& kern
     for (size_t v = 0; v < kVectors; ++v) reinterpret_cast<UnalignedVector*>(sums)[v] = total[v];
 }
 
-// out[i] = trunc(bias + sum / divisor) for a whole block. The division is a true one: the product with a
-// reciprocal would differ in the last bit, and so would some truncated values.
+// out[i] = trunc(bias + sum / divisor) for a whole block.
 inline void scale_sums(int32_t* out, const int32_t sums[kBlock], const Kernel& kernel) {
-    if (kernel.fits) {
+    const double bias = kernel.bias, divisor = kernel.divisor, reciprocal = kernel.reciprocal;
+    if (reciprocal != 0.0) {
+        for (size_t i = 0; i < kBlock; ++i) out[i] = static_cast<int32_t>(sums[i] * reciprocal);
+    } else if (kernel.fits) {
+        for (size_t i = 0; i < kBlock; ++i) out[i] = static_cast<int32_t>(bias + sums[i] / divisor);
+    } else {
         for (size_t i = 0; i < kBlock; ++i) {
-            out[i] = static_cast<int32_t>(kernel.bias + sums[i] / kernel.divisor);
+            const double v = bias + sums[i] / divisor;
+            out[i] = v > -2147483649.0 && v < 2147483648.0 ? static_cast<int32_t>(v) : INT32_MIN;
         }
-        return;
-    }
-    for (size_t i = 0; i < kBlock; ++i) {
-        const double v = kernel.bias + sums[i] / kernel.divisor;
-        out[i] = v > -2147483649.0 && v < 2147483648.0 ? static_cast<int32_t>(v) : INT32_MIN;
     }
 }
 
