@@ -56,6 +56,12 @@ Kernel make_kernel(const Tap* taps, std::size_t count, const KernelArgs& args) {
 
 // --- Two-dimensional ---
 
+// Memory for rows of values, undefined; null also where its size is more than memory can have.
+std::int32_t* allocate_rows(std::size_t rows, std::size_t stride) {
+    if (rows > PTRDIFF_MAX / sizeof(std::int32_t) / stride) return nullptr;
+    return static_cast<std::int32_t*>(std::malloc(rows * stride * sizeof(std::int32_t)));
+}
+
 // A plane's values >> 8 with r rows and columns added on every side, and the taps that go with it.
 struct PaddedPlane {
     std::int32_t width, height; // of the plane
@@ -75,8 +81,7 @@ bool make_padded_plane(PaddedPlane& p, std::int32_t width, std::int32_t height, 
     p.width = width;
     p.height = height;
     p.stride = static_cast<std::size_t>(width) + border + kLoopSlack;
-    p.values = static_cast<std::int32_t*>(
-        std::calloc(static_cast<std::size_t>(height) + border, p.stride * sizeof(std::int32_t)));
+    p.values = allocate_rows(static_cast<std::size_t>(height) + border, p.stride);
     p.taps = static_cast<Tap*>(std::calloc(n * n, sizeof(Tap)));
     if (!p.values || !p.taps) {
         free_padded_plane(p);

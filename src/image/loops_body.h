@@ -3,7 +3,7 @@
 //   LOOPS_TABLE  name of the table of the loops
 //   LOOPS_NAME   the same for a reader
 //   LOOPS_BYTES  size of a vector register
-// It uses no inline function of any header: the linker would keep one copy of it for everybody, and that
+// It calls no inline function of any header: the linker would keep one copy of it for everybody, and that
 // could be the one for a processor that is not there.
 #include "image/filters.h"
 #include "image/loops.h"
@@ -72,6 +72,50 @@ void convolve(int32_t* out, const int32_t* in, size_t count, const Kernel& kerne
     for (size_t k = 0; i < count; ++i, ++k) out[i] = results[k];
 }
 
+// --- Noise ---
+
+#if LOOPS_BYTES >= 32
+typedef uint32_t State __attribute__((vector_size(16)));
+
+// random_step (image/random.h) on its three words at once, which takes shifts by a different count in every
+// lane.
+void draw(RandomState& random, uint32_t* numbers, size_t count) {
+    const State mask = {0xFFFFFFFE, 0xFFFFFFF8, 0xFFFFFFF0, 0};
+    const State advance = {12, 4, 17, 0}, lag = {13, 2, 3, 0}, rest = {19, 25, 11, 0};
+    State s = {random.s1, random.s2, random.s3, 0};
+    for (size_t i = 0; i < count; ++i) {
+        s = ((s & mask) << advance) ^ (((s << lag) ^ s) >> rest);
+        const State pairs = s ^ __builtin_shuffle(s, State{2, 3, 0, 1});
+        numbers[i] = (pairs ^ __builtin_shuffle(pairs, State{1, 0, 3, 2}))[0];
+    }
+    random = {s[0], s[1], s[2]};
+}
+#else
+void draw(RandomState& random, uint32_t* numbers, size_t count) {
+    RandomState s = random;
+    for (size_t i = 0; i < count; ++i) {
+        s.s1 = ((s.s1 & 0xFFFFFFFE) << 12) ^ (((s.s1 << 13) ^ s.s1) >> 19);
+        s.s2 = ((s.s2 & 0xFFFFFFF8) << 4) ^ (((s.s2 << 2) ^ s.s2) >> 25);
+        s.s3 = ((s.s3 & 0xFFFFFFF0) << 17) ^ (((s.s3 << 3) ^ s.s3) >> 11);
+        numbers[i] = s.s1 ^ s.s2 ^ s.s3;
+    }
+    random = s;
+}
+#endif
+
+// The remainder by way of the quotient, which may come out too small by one: the reciprocal is too small by
+// about 2^-50, so that it never comes out too large.
+void add_noise(int32_t* values, const uint32_t* numbers, size_t count, uint32_t range, int32_t offset) {
+    const double reciprocal = 1.0 / range * (1.0 - 1.0 / 1125899906842624.0);
+    for (size_t i = 0; i < count; ++i) {
+        const double number =
+            static_cast<int32_t>(numbers[i] ^ 0x80000000) + 2147483648.0; // exact, and signed
+        const int32_t quotient = static_cast<int32_t>(number * reciprocal);
+        const uint32_t rest = numbers[i] - static_cast<uint32_t>(quotient) * range;
+        values[count - 1 - i] += static_cast<int32_t>(rest < range ? rest : rest - range) - offset;
+    }
+}
+
 // --- Levels ---
 
 inline int32_t clamp(int32_t v, int32_t lo, int32_t hi) {
@@ -82,6 +126,11 @@ inline int32_t clamp(int32_t v, int32_t lo, int32_t hi) {
 void map_levels(int32_t* values, size_t count, const LevelMap& map) {
     const int32_t lo = map.in_lo, hi = map.in_hi;
     const double scale = map.scale, offset = map.out_lo;
+    if (offset == 0.0) {
+        for (size_t i = 0; i < count; ++i)
+            values[i] = static_cast<int32_t>((clamp(values[i], lo, hi) - lo) * scale);
+        return;
+    }
     for (size_t i = 0; i < count; ++i) {
         values[i] = static_cast<int32_t>((clamp(values[i], lo, hi) - lo) * scale + offset);
     }
@@ -158,4 +207,4 @@ void rank(int32_t* out, const int32_t* above, const int32_t* row, const int32_t*
 } // namespace
 
 extern const Loops LOOPS_TABLE;
-const Loops LOOPS_TABLE = {LOOPS_NAME, convolve, map_levels, shift_levels, blend, rank};
+const Loops LOOPS_TABLE = {LOOPS_NAME, convolve, draw, add_noise, map_levels, shift_levels, blend, rank};

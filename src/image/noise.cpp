@@ -1,38 +1,40 @@
 #include "image/noise.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <initializer_list>
 
+#include "image/loops.h"
+#include "image/planes.h"
 #include "image/progress.h"
 #include "image/random.h"
-#include "image/remainder.h"
 
 namespace {
 
+constexpr std::size_t kBlock = 512;
+
 // One number per pixel, added to every plane.
-void add_grey_noise(Image* img, std::int32_t amplitude, const Remainder& range) {
-    const bool three = image_has_three_planes(img);
-    RandomState random = g_random;
-    for (std::size_t i = image_count(img); i-- > 0;) {
-        const std::int32_t noise = static_cast<std::int32_t>(range.of(random_step(random))) - amplitude;
-        img->green[i] += noise;
-        if (three) {
-            img->red[i] += noise;
-            img->blue[i] += noise;
+void add_grey_noise(Image* img, std::int32_t amplitude, std::uint32_t range) {
+    std::uint32_t numbers[kBlock];
+    for (std::size_t left = image_count(img); left > 0;) {
+        const std::size_t n = std::min(left, kBlock);
+        left -= n;
+        loops().draw(g_random, numbers, n);
+        if (range == 1) std::fill_n(numbers, n, 0); // what they leave divided by 1
+        for (Plane plane : kColorPlanes) {
+            if (img->*plane)
+                loops().add_noise(img->*plane + left, numbers, n, std::max(range, 3u), amplitude);
         }
     }
-    g_random = random;
 }
 
 // Three numbers per pixel: red, green, blue.
-void add_color_noise(Image* img, std::int32_t amplitude, const Remainder& range) {
-    RandomState random = g_random;
+void add_color_noise(Image* img, std::int32_t amplitude, std::uint32_t range) {
     for (std::size_t i = image_count(img); i-- > 0;) {
         for (std::int32_t* plane : {img->red, img->green, img->blue}) {
-            plane[i] += static_cast<std::int32_t>(range.of(random_step(random))) - amplitude;
+            plane[i] += static_cast<std::int32_t>(random_step(g_random) % range) - amplitude;
         }
     }
-    g_random = random;
 }
 
 } // namespace
@@ -42,7 +44,7 @@ void image_noise(Image* img, std::int32_t amplitude) {
     const bool color = amplitude < 0 && image_has_three_planes(img);
     if (color) amplitude = -amplitude;
 
-    const Remainder range(static_cast<std::uint32_t>(2 * amplitude + 1));
+    const std::uint32_t range = static_cast<std::uint32_t>(2 * amplitude + 1); // odd, so never 0
     if (color) {
         add_color_noise(img, amplitude, range);
     } else {

@@ -1,0 +1,257 @@
+// Feeds the image library with any sequence of operations on images of any size, flags and values. What is
+// checked is what the sanitizers see, and that an image stays one: its size and planes fit its flags.
+//
+// The input is a list of bytes: the size, flags and values of two images, then operations with their
+// arguments.
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <vector>
+
+#include "image/bmp.h"
+#include "image/filters.h"
+#include "image/generators.h"
+#include "image/image.h"
+#include "image/loops.h"
+#include "image/noise.h"
+#include "image/transforms.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+namespace {
+
+using ImagePtr = std::unique_ptr<Image, decltype(&image_free)>;
+
+constexpr std::size_t kMaxPixels = 1 << 16;
+constexpr int kMaxOperations = 24;
+
+// Reads the input byte by byte; zeros follow its end.
+class Input {
+public:
+    Input(const std::uint8_t* data, std::size_t size) : data_(data), left_(size) {}
+
+    bool empty() const { return left_ == 0; }
+
+    std::uint8_t byte() {
+        if (left_ == 0) return 0;
+        --left_;
+        return *data_++;
+    }
+
+    std::int32_t below(std::int32_t n) { return (byte() | byte() << 8) % n; }
+
+    // Mostly near 0, sometimes any number, sometimes one of the extremes.
+    std::int32_t integer() {
+        const std::uint8_t kind = byte();
+        if (kind < 128) return static_cast<std::int8_t>(byte());
+        if (kind < 192) return byte() | byte() << 8;
+        if (kind == 255) return INT32_MIN;
+        if (kind == 254) return INT32_MAX;
+        std::uint32_t v = 0;
+        for (int i = 0; i < 4; ++i) v = v << 8 | byte();
+        return static_cast<std::int32_t>(v);
+    }
+
+    double real() {
+        switch (const std::uint8_t kind = byte()) {
+        case 255:
+            return std::nan("");
+        case 254:
+            return HUGE_VAL;
+        case 253:
+            return -1e300;
+        case 252:
+            return std::numeric_limits<double>::denorm_min();
+        default:
+            return kind < 192 ? static_cast<std::int8_t>(byte()) / 16.0 : integer() * 1.7;
+        }
+    }
+
+    std::vector<std::int32_t> kernel(std::int32_t count) {
+        std::vector<std::int32_t> weights(static_cast<std::size_t>(count));
+        for (std::int32_t& w : weights) w = integer();
+        return weights;
+    }
+
+private:
+    const std::uint8_t* data_;
+    std::size_t left_;
+};
+
+void require(bool condition, const char* what) {
+    if (condition) return;
+    std::fprintf(stderr, "%s\n", what);
+    std::abort();
+}
+
+void check(const Image* img) {
+    require(img->width > 0 && img->height > 0, "an image has no size");
+    require(img->green != nullptr, "an image has no green plane");
+    require((img->red != nullptr) == image_has_three_planes(img), "red does not fit the flags");
+    require((img->blue != nullptr) == image_has_three_planes(img), "blue does not fit the flags");
+    require((img->alpha != nullptr) == ((img->flags & kImageAlpha) != 0), "alpha does not fit the flags");
+}
+
+void fill_plane(Input& in, std::int32_t* plane, std::size_t count) {
+    if (!plane) return;
+    const std::int32_t base = in.integer(), step = in.integer();
+    for (std::size_t i = 0; i < count; ++i) plane[i] = base + step * static_cast<std::int32_t>(i % 251);
+    for (int k = in.byte() % 8; k > 0; --k)
+        plane[static_cast<std::size_t>(in.below(65535)) % count] = in.integer();
+}
+
+ImagePtr read_image(Input& in, std::int32_t width, std::int32_t height) {
+    ImagePtr img(image_create(width, height, in.byte() & 15), image_free);
+    for (std::int32_t* plane : {img->green, img->red, img->blue, img->alpha}) {
+        fill_plane(in, plane, image_count(img.get()));
+    }
+    return img;
+}
+
+void convolve(Input& in, Image* img) {
+    const int which = in.byte() % 3;
+    const std::int32_t r = which == 0 ? in.below(6) : in.below(80);
+    const std::vector<std::int32_t> kernel = in.kernel(which == 0 ? (2 * r + 1) * (2 * r + 1) : 2 * r + 1);
+    const double divisor = in.real();
+    const std::int32_t bias = in.integer();
+    if (which == 0) image_convolve(img, kernel.data(), r, divisor, bias);
+    if (which == 1) image_convolve_h(img, kernel.data(), r, divisor, bias);
+    if (which == 2) image_convolve_v(img, kernel.data(), r, divisor, bias);
+}
+
+void fill_rect(Input& in, Image* img) {
+    const std::int32_t x = in.integer(), y = in.integer(), w = in.integer(), h = in.below(2000);
+    image_fill_rect(img, x, y, w, h, static_cast<std::uint32_t>(in.integer()));
+}
+
+void line(Input& in, Image* img) {
+    const std::int32_t x0 = in.integer(), y0 = in.integer(), x1 = in.integer(), y1 = in.integer();
+    image_line(img, x0, y0, x1, y1, static_cast<std::uint32_t>(in.integer()));
+}
+
+void levels(Input& in, Image* img) {
+    const std::int32_t in_lo = in.integer(), in_hi = in.integer(), out_lo = in.integer(),
+                       out_hi = in.integer();
+    image_levels(img, in.byte(), in_lo, in_hi, out_lo, out_hi);
+}
+
+void light(Input& in, Image* img, const Image* other) {
+    BumpLight lamp;
+    for (double* term : {&lamp.angle, &lamp.ambient, &lamp.diffuse, &lamp.specular, &lamp.shininess}) {
+        *term = in.real();
+    }
+    image_light(img, other, lamp);
+}
+
+void transform(Input& in, Image* img) {
+    Matrix2 m;
+    for (double* term : {&m.xx, &m.xy, &m.yx, &m.yy}) *term = in.real();
+    image_transform(img, m);
+}
+
+void blur_directional(Input& in, Image* img) {
+    const std::int32_t r = in.below(8);
+    const double angle = in.real(), aspect = in.real();
+    image_blur_directional(img, r, angle, aspect, in.real());
+}
+
+void resize(Input& in, Image* img) {
+    const std::int32_t fx = in.integer(), fy = in.integer();
+    if (in.byte() & 1) {
+        image_shrink(img, fx, fy);
+    } else if (fx < 4 && fy < 4 && image_count(img) < kMaxPixels / 9) {
+        image_enlarge(img, fx, fy);
+    }
+}
+
+void export_bmp(const Image* img) {
+    std::int32_t size = 0;
+    std::free(image_to_bmp(img, &size));
+}
+
+void run_operation(Input& in, Image* img, const Image* other) {
+    switch (in.byte() % 26) {
+    case 0:
+        return image_set_alpha(img, other);
+    case 1:
+        return image_fill(img, static_cast<std::uint32_t>(in.integer()));
+    case 2:
+        return fill_rect(in, img);
+    case 3:
+        return line(in, img);
+    case 4:
+        return image_noise(img, in.integer());
+    case 5:
+        return image_scatter_noise(img, in.integer());
+    case 6:
+        return image_plasma(img, in.integer(), in.real());
+    case 7:
+        return image_radial(img, in.real(), in.real());
+    case 8:
+        return image_linear_gradient(img, in.integer(), in.integer(), in.integer(), in.integer());
+    case 9:
+        return image_cells(img, in.below(5), in.byte() & 1);
+    case 10:
+        return convolve(in, img);
+    case 11:
+        return image_blur_h(img, in.below(300), in.real());
+    case 12:
+        return image_blur_v(img, in.below(300), in.real());
+    case 13:
+        return blur_directional(in, img);
+    case 14:
+        return levels(in, img);
+    case 15:
+        return image_contrast(img, in.byte(), in.integer(), in.real());
+    case 16:
+        return image_blend(img, other, in.byte() % 9, in.integer());
+    case 17:
+        return image_rank(img, in.byte() & 1);
+    case 18:
+        return image_emboss(img, in.real());
+    case 19:
+        return image_gamma(img, in.byte(), in.real());
+    case 20:
+        return image_posterize(img, in.byte(), in.integer());
+    case 21:
+        return light(in, img, other);
+    case 22:
+        return image_shift(img, in.integer(), in.integer());
+    case 23:
+        return image_displace(img, other, in.integer(), in.integer(), in.byte() & 1);
+    case 24:
+        return transform(in, img);
+    default:
+        return in.byte() & 1 ? resize(in, img) : image_polarize(img);
+    }
+}
+
+// Every variant of the inner loops takes its turn.
+void choose_loops(Input& in) {
+    const Loops* variant = loops_variant(in.byte() % 3);
+    loops_use(variant ? variant : loops_variant(0));
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Input in(data, size);
+    choose_loops(in);
+    const std::int32_t width = in.below(200) + 1, height = in.below(200) + 1;
+    const ImagePtr img = read_image(in, width, height);
+    const bool same = in.byte() & 3;
+    const ImagePtr other = read_image(in, same ? width : in.below(50) + 1, same ? height : in.below(50) + 1);
+    for (int i = 0; i < kMaxOperations && !in.empty(); ++i) {
+        run_operation(in, img.get(), in.byte() % 5 ? other.get() : img.get());
+        check(img.get());
+    }
+    export_bmp(img.get());
+    check(other.get());
+    return 0;
+}
