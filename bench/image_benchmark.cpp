@@ -42,7 +42,7 @@ using Operation = std::function<void(Image*)>;
 ImagePtr noisy_image(int width, int height, unsigned flags) {
     ImagePtr img(image_create(width, height, flags), image_free);
     image_fill(img.get(), 0xFF808080);
-    image_noise(img.get(), 32767);
+    image_noise(img.get(), 32000);
     return img;
 }
 
@@ -69,6 +69,9 @@ struct PlaneCopy {
     }
 };
 
+// Gives an image its first values again: an operation must not work on what it has left behind.
+void restore(Image* img, const Image* original) { image_blend(img, original, kMixReplace, 256); }
+
 void draw_numbers(std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) benchmark::DoNotOptimize(random_next());
 }
@@ -84,12 +87,14 @@ struct Case {
 void measure(benchmark::State& state, const Case& c, const Loops* variant) {
     loops_use(variant);
     const ImagePtr img = noisy_image(c.width, c.height, c.flags);
+    const ImagePtr original(image_copy(img.get()), image_free);
     const std::size_t draws = image_count(img.get()) * (image_has_three_planes(img.get()) ? 3 : 1);
     PlaneCopy copy;
     copy.run(img.get());
 
     double shortest = std::numeric_limits<double>::max(), shortest_copy = shortest, shortest_draws = shortest;
     for (auto _ : state) {
+        restore(img.get(), original.get());
         const double seconds = seconds_of([&] { c.operation(img.get()); });
         state.SetIterationTime(seconds);
         shortest = std::min(shortest, seconds);

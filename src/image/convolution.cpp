@@ -1,11 +1,11 @@
 #include "image/convolution.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "image/filters.h"
 #include "image/loops.h"
 #include "image/planes.h"
+#include "image/prepared_kernel.h"
 #include "image/progress.h"
 
 // Every convolution first copies what it reads with its borders added, so that the inner loop has no border
@@ -21,77 +21,36 @@ std::int32_t border_index(std::int64_t i, std::int32_t n, bool wrapped) {
     return wrapped ? wrap(i, n) : clamp_index(i, n);
 }
 
-// --- Taps ---
-
-// Puts taps of equal weight together, drops those of weight 0 and marks the runs. Returns how many are left.
-std::size_t group_taps(Tap* taps, std::size_t count) {
-    Tap* const end = std::remove_if(taps, taps + count, [](const Tap& tap) { return tap.weight == 0; });
-    std::sort(taps, end, [](const Tap& a, const Tap& b) {
-        return a.weight != b.weight ? a.weight < b.weight : a.offset < b.offset;
-    });
-    for (Tap *first = taps, *next; first != end; first = next) {
-        next = std::find_if(first, end, [first](const Tap& tap) { return tap.weight != first->weight; });
-        first->run = static_cast<std::int32_t>(next - first);
-    }
-    return static_cast<std::size_t>(end - taps);
-}
-
-// A factor by which the truncated product is always the truncated quotient, or 0.
-//
-// The product with a plain reciprocal would fall short of some quotients that are integers. This one is too
-// large by 2^-49, so it never does; and it never reaches an integer that the quotient does not reach: where
-// the divisor is m / 2^t with t <= 16, a quotient that is no integer misses the next one by at least 1/m,
-// which is more than 2^-47 of itself for sums of 32 bits.
-double exact_reciprocal(const KernelArgs& args) {
-    const double m = args.divisor * 65536.0;
-    const bool exact = args.bias == 0 && args.divisor >= 1.0 && m < 9007199254740992.0 && m == std::floor(m);
-    return exact ? 1.0 / args.divisor * (1.0 + 1.0 / 562949953421312.0) : 0.0;
-}
-
-Kernel make_kernel(const Tap* taps, std::size_t count, const KernelArgs& args) {
-    const bool fits =
-        fits_32(args.bias + INT32_MIN / args.divisor) && fits_32(args.bias + INT32_MAX / args.divisor);
-    return {taps, count, args.divisor, args.bias, fits, exact_reciprocal(args)};
-}
-
 // --- Two-dimensional ---
 
-// Memory for rows of values, undefined; null also where its size is more than memory can have.
-std::int32_t* allocate_rows(std::size_t rows, std::size_t stride) {
-    if (rows > PTRDIFF_MAX / sizeof(std::int32_t) / stride) return nullptr;
-    return static_cast<std::int32_t*>(std::malloc(rows * stride * sizeof(std::int32_t)));
-}
-
-// A plane's values >> 8 with r rows and columns added on every side, and the taps that go with it.
+// A plane's values >> 8 with r rows and columns added on every side, and the kernel that goes with it.
 struct PaddedPlane {
     std::int32_t width, height; // of the plane
-    std::size_t stride;
+    std::size_t stride, count;  // of the padded values
     std::int32_t* values;
-    Tap* taps;
-    Kernel kernel;
+    std::int16_t* narrow; // the same, where they fit
+    PreparedKernel prepared;
 };
 
 void free_padded_plane(PaddedPlane& p) {
     std::free(p.values);
-    std::free(p.taps);
+    std::free(p.narrow);
+    free_kernel(p.prepared);
 }
 
 bool make_padded_plane(PaddedPlane& p, std::int32_t width, std::int32_t height, const KernelArgs& args) {
-    const std::size_t n = kernel_size(args), border = n - 1;
+    const std::size_t n = kernel_size(args), rows = static_cast<std::size_t>(height) + n - 1;
     p.width = width;
     p.height = height;
-    p.stride = static_cast<std::size_t>(width) + border + kLoopSlack;
-    p.values = allocate_rows(static_cast<std::size_t>(height) + border, p.stride);
-    p.taps = static_cast<Tap*>(std::calloc(n * n, sizeof(Tap)));
-    if (!p.values || !p.taps) {
-        free_padded_plane(p);
-        return false;
-    }
-    for (std::size_t i = 0; i < n * n; ++i) {
-        p.taps[i] = {args.weights[i], 0, static_cast<std::ptrdiff_t>(i / n * p.stride + i % n)};
-    }
-    p.kernel = make_kernel(p.taps, group_taps(p.taps, n * n), args);
-    return true;
+    p.stride = static_cast<std::size_t>(width) + n - 1 + kLoopSlack;
+    if (rows > PTRDIFF_MAX / sizeof(std::int32_t) / p.stride) return false;
+    if (!prepare_kernel(p.prepared, args, n, p.stride, 1)) return false;
+    p.count = rows * p.stride;
+    p.values = static_cast<std::int32_t*>(std::malloc(p.count * sizeof *p.values));
+    p.narrow = static_cast<std::int16_t*>(std::malloc(p.count * sizeof *p.narrow));
+    if (p.values && p.narrow) return true;
+    free_padded_plane(p);
+    return false;
 }
 
 void pad_plane(PaddedPlane& p, const std::int32_t* src, std::int32_t r, bool wrapped) {
@@ -104,15 +63,24 @@ void pad_plane(PaddedPlane& p, const std::int32_t* src, std::int32_t r, bool wra
         for (std::int64_t x = p.width; x < std::int64_t{p.width} + r; ++x) {
             *out++ = row[border_index(x, p.width, wrapped)] >> 8;
         }
+        std::fill_n(out, kLoopSlack, 0);
     }
 }
 
 void convolve_plane(PaddedPlane& p, std::int32_t* dst, const std::int32_t* src, std::int32_t r,
                     bool wrapped) {
     pad_plane(p, src, r, wrapped);
+    const Kernel& kernel = p.prepared.kernel;
+    const bool narrow = kernel.pair_count > 0 && loops().narrow(p.narrow, p.values, p.count, 0);
     for (std::int32_t y = 0; y < p.height; ++y) {
-        loops().convolve(dst + std::ptrdiff_t{y} * p.width, p.values + static_cast<std::size_t>(y) * p.stride,
-                         static_cast<std::size_t>(p.width), p.kernel);
+        std::int32_t* const out = dst + std::ptrdiff_t{y} * p.width;
+        const std::size_t start = static_cast<std::size_t>(y) * p.stride,
+                          count = static_cast<std::size_t>(p.width);
+        if (narrow) {
+            loops().convolve_narrow(out, p.narrow + start, count, kernel, 0);
+        } else {
+            loops().convolve(out, p.values + start, count, kernel);
+        }
     }
 }
 
@@ -138,39 +106,38 @@ struct Lines {
 
 constexpr std::size_t kStripLanes = 64;
 
-// A line, or strip of columns, with r values added at both ends, and the taps that go with it.
+// A line, or strip of columns, with r values added at both ends, and the kernel that goes with it.
 struct PaddedLine {
     Lines lines;
-    std::size_t lanes;
+    std::size_t lanes, count;
     std::int32_t* values;
+    std::int16_t* narrow; // the same less kNarrowMiddle, where they fit
     std::int32_t* result; // a line's, where it is not written in place
-    Tap* taps;
-    Kernel kernel;
+    PreparedKernel prepared;
 };
+
+// Brings 0..65535 to what 16 bits with a sign can hold.
+constexpr std::int32_t kNarrowMiddle = 32768;
 
 void free_padded_line(PaddedLine& p) {
     std::free(p.values);
+    std::free(p.narrow);
     std::free(p.result);
-    std::free(p.taps);
+    free_kernel(p.prepared);
 }
 
 bool make_padded_line(PaddedLine& p, const Lines& lines, const KernelArgs& args) {
-    const std::size_t n = kernel_size(args), length = static_cast<std::size_t>(lines.length);
+    const std::size_t length = static_cast<std::size_t>(lines.length);
     p.lines = lines;
     p.lanes = lines.stride == 1 && lines.step != 1 ? kStripLanes : 1;
-    p.values = static_cast<std::int32_t*>(
-        std::calloc((length + n - 1) * p.lanes + kLoopSlack, sizeof(std::int32_t)));
-    p.result = static_cast<std::int32_t*>(std::malloc(length * sizeof(std::int32_t)));
-    p.taps = static_cast<Tap*>(std::calloc(n, sizeof(Tap)));
-    if (!p.values || !p.result || !p.taps) {
-        free_padded_line(p);
-        return false;
-    }
-    for (std::size_t i = 0; i < n; ++i) {
-        p.taps[i] = {args.weights[i], 0, static_cast<std::ptrdiff_t>(i * p.lanes)};
-    }
-    p.kernel = make_kernel(p.taps, group_taps(p.taps, n), args);
-    return true;
+    p.count = (length + kernel_size(args) - 1) * p.lanes + kLoopSlack;
+    if (!prepare_kernel(p.prepared, args, 1, 0, p.lanes)) return false;
+    p.values = static_cast<std::int32_t*>(std::calloc(p.count, sizeof *p.values));
+    p.narrow = static_cast<std::int16_t*>(std::malloc(p.count * sizeof *p.narrow));
+    p.result = static_cast<std::int32_t*>(std::malloc(length * sizeof *p.result));
+    if (p.values && p.narrow && p.result) return true;
+    free_padded_line(p);
+    return false;
 }
 
 // Copies `used` lanes of every position of a line, the borders included.
@@ -200,19 +167,22 @@ void convolve_strips(PaddedLine& p, std::int32_t* dst, const std::int32_t* src, 
         pad_line(p, src + first, used, r, wrapped);
         for (std::int32_t i = 0; i < p.lines.length; ++i) {
             loops().convolve(dst + first + std::ptrdiff_t{i} * p.lines.step,
-                             p.values + static_cast<std::size_t>(i) * kStripLanes, used, p.kernel);
+                             p.values + static_cast<std::size_t>(i) * kStripLanes, used, p.prepared.kernel);
         }
     }
 }
 
 void convolve_line(PaddedLine& p, std::int32_t* dst, const std::int32_t* src, std::int32_t r, bool wrapped) {
     pad_line(p, src, 1, r, wrapped);
+    const Kernel& kernel = p.prepared.kernel;
     const std::size_t length = static_cast<std::size_t>(p.lines.length);
-    if (p.lines.step == 1) {
-        loops().convolve(dst, p.values, length, p.kernel);
-        return;
+    std::int32_t* const out = p.lines.step == 1 ? dst : p.result;
+    if (kernel.pair_count > 0 && loops().narrow(p.narrow, p.values, p.count, kNarrowMiddle)) {
+        loops().convolve_narrow(out, p.narrow, length, kernel, kNarrowMiddle);
+    } else {
+        loops().convolve(out, p.values, length, kernel);
     }
-    loops().convolve(p.result, p.values, length, p.kernel);
+    if (out == dst) return;
     for (std::int32_t i = 0; i < p.lines.length; ++i) dst[std::ptrdiff_t{i} * p.lines.step] = p.result[i];
 }
 

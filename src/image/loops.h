@@ -17,9 +17,19 @@ struct Tap {
     std::ptrdiff_t offset;
 };
 
+// Two weights that fit into 16 bits, of the value at `offset` and of its right neighbour: what processors
+// multiply and add in one step.
+struct PairTap {
+    std::int16_t first, second;
+    std::ptrdiff_t offset;
+};
+
 struct Kernel {
     const Tap* taps; // without those of weight 0
     std::size_t count;
+    const PairTap* pairs; // the same weights, or none where they are too large, too few or not side by side
+    std::size_t pair_count;
+    std::int32_t sum; // of all weights
     double divisor;
     std::int32_t bias;
     bool fits; // whether no result can leave 32 bits
@@ -39,6 +49,13 @@ struct Loops {
     // out[i] = trunc(bias + sum / divisor) with the sum of in[i + offset] * weight over all taps. Values are
     // taken in blocks: kLoopSlack more than `count` must be readable.
     void (*convolve)(std::int32_t* out, const std::int32_t* in, std::size_t count, const Kernel& kernel);
+
+    // out[i] = values[i] - middle; whether all of them fit.
+    bool (*narrow)(std::int16_t* out, const std::int32_t* values, std::size_t count, std::int32_t middle);
+
+    // As convolve, by pairs of taps, on values less `middle`.
+    void (*convolve_narrow)(std::int32_t* out, const std::int16_t* in, std::size_t count,
+                            const Kernel& kernel, std::int32_t middle);
 
     // The next `count` numbers of a generator, which moves on.
     void (*draw)(RandomState& random, std::uint32_t* numbers, std::size_t count);

@@ -5,20 +5,27 @@
 //   LOOPS_BYTES  size of a vector register
 // It calls no inline function of any header: the linker would keep one copy of it for everybody, and that
 // could be the one for a processor that is not there.
+#ifdef __SSE2__
+#include <immintrin.h>
+#endif
+
 #include "image/filters.h"
 #include "image/loops.h"
 
 namespace {
 
+using std::int16_t;
 using std::int32_t;
 using std::ptrdiff_t;
 using std::size_t;
+using std::uint16_t;
 using std::uint32_t;
 
 // --- Convolution ---
 
 typedef uint32_t Vector __attribute__((vector_size(LOOPS_BYTES)));
 typedef uint32_t UnalignedVector __attribute__((vector_size(LOOPS_BYTES), aligned(4), may_alias));
+typedef uint32_t UnalignedNarrow __attribute__((vector_size(LOOPS_BYTES), aligned(2), may_alias));
 
 constexpr size_t kVectors = 4; // registers per block: enough to hide the latency of a multiplication
 constexpr size_t kLanes = LOOPS_BYTES / sizeof(uint32_t);
@@ -59,17 +66,85 @@ inline void scale_sums(int32_t* out, const int32_t sums[kBlock], const Kernel& k
     }
 }
 
-void convolve(int32_t* out, const int32_t* in, size_t count, const Kernel& kernel) {
+// Goes through a line block by block; the last one, which may reach beyond the end, by way of a copy.
+template <class SumBlock>
+inline void convolve_blocks(int32_t* out, size_t count, const Kernel& kernel, const SumBlock& sum_block) {
     int32_t sums[kBlock], results[kBlock];
     size_t i = 0;
     for (; i + kBlock <= count; i += kBlock) {
-        sum_taps(sums, in + i, kernel);
+        sum_block(sums, i);
         scale_sums(out + i, sums, kernel);
     }
     if (i == count) return;
-    sum_taps(sums, in + i, kernel);
+    sum_block(sums, i);
     scale_sums(results, sums, kernel);
     for (size_t k = 0; i < count; ++i, ++k) out[i] = results[k];
+}
+
+void convolve(int32_t* out, const int32_t* in, size_t count, const Kernel& kernel) {
+    convolve_blocks(out, count, kernel,
+                    [&](int32_t sums[kBlock], size_t i) { sum_taps(sums, in + i, kernel); });
+}
+
+// --- Convolution of narrow values ---
+
+bool narrow(int16_t* out, const int32_t* values, size_t count, int32_t middle) {
+    uint32_t outside = 0;
+    for (size_t i = 0; i < count; ++i) {
+        const int32_t v = values[i] - middle;
+        outside |= static_cast<uint32_t>(v + 32768) >> 16;
+        out[i] = static_cast<int16_t>(v);
+    }
+    return outside == 0;
+}
+
+// a[0] * b[0] + a[1] * b[1] in every 32 bits, of their two halves as signed numbers of 16 bits.
+inline Vector multiply_add(Vector a, Vector b) {
+#if LOOPS_BYTES == 64
+    return reinterpret_cast<Vector>(
+        _mm512_madd_epi16(reinterpret_cast<__m512i>(a), reinterpret_cast<__m512i>(b)));
+#elif LOOPS_BYTES == 32
+    return reinterpret_cast<Vector>(
+        _mm256_madd_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
+#elif defined(__SSE2__)
+    return reinterpret_cast<Vector>(
+        _mm_madd_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+#else
+    typedef int32_t Signed __attribute__((vector_size(LOOPS_BYTES)));
+    const Signed a1 = reinterpret_cast<Signed>(a) >> 16, b1 = reinterpret_cast<Signed>(b) >> 16;
+    const Signed a0 = reinterpret_cast<Signed>(a << 16) >> 16, b0 = reinterpret_cast<Signed>(b << 16) >> 16;
+    return reinterpret_cast<Vector>(a0 * b0 + a1 * b1);
+#endif
+}
+
+// The same sums as sum_taps. A vector of narrow values holds two per lane; from `in` on, the lanes give the
+// sums of the even places, and from the next value on those of the odd ones.
+inline void sum_pairs(int32_t sums[kBlock], const int16_t* in, const Kernel& kernel, uint32_t start) {
+    constexpr size_t kHalf = kVectors / 2;
+    Vector even[kHalf], odd[kHalf];
+    for (size_t v = 0; v < kHalf; ++v) even[v] = odd[v] = Vector{} + start;
+    for (const PairTap *pair = kernel.pairs, *end = pair + kernel.pair_count; pair != end; ++pair) {
+        const uint32_t both = static_cast<uint16_t>(pair->first) | static_cast<uint32_t>(pair->second) << 16;
+        const Vector weights = Vector{} + both;
+        const UnalignedNarrow* at_even = reinterpret_cast<const UnalignedNarrow*>(in + pair->offset);
+        const UnalignedNarrow* at_odd = reinterpret_cast<const UnalignedNarrow*>(in + pair->offset + 1);
+        for (size_t v = 0; v < kHalf; ++v) {
+            even[v] += multiply_add(at_even[v], weights);
+            odd[v] += multiply_add(at_odd[v], weights);
+        }
+    }
+    for (size_t v = 0; v < kHalf; ++v) {
+        for (size_t lane = 0; lane < kLanes; ++lane) {
+            sums[2 * (v * kLanes + lane)] = static_cast<int32_t>(even[v][lane]);
+            sums[2 * (v * kLanes + lane) + 1] = static_cast<int32_t>(odd[v][lane]);
+        }
+    }
+}
+
+void convolve_narrow(int32_t* out, const int16_t* in, size_t count, const Kernel& kernel, int32_t middle) {
+    const uint32_t start = static_cast<uint32_t>(middle) * static_cast<uint32_t>(kernel.sum);
+    convolve_blocks(out, count, kernel,
+                    [&](int32_t sums[kBlock], size_t i) { sum_pairs(sums, in + i, kernel, start); });
 }
 
 // --- Noise ---
@@ -207,4 +282,5 @@ void rank(int32_t* out, const int32_t* above, const int32_t* row, const int32_t*
 } // namespace
 
 extern const Loops LOOPS_TABLE;
-const Loops LOOPS_TABLE = {LOOPS_NAME, convolve, draw, add_noise, map_levels, shift_levels, blend, rank};
+const Loops LOOPS_TABLE = {LOOPS_NAME, convolve,   narrow,       convolve_narrow, draw,
+                           add_noise,  map_levels, shift_levels, blend,           rank};

@@ -259,6 +259,36 @@ TEST_P(Convolution, OfLinesTakesAnyLayout) {
     EXPECT_EQ(wrapped, expected);
 }
 
+TEST_P(Convolution, IsTheSameJustInsideAndOutsideOfSixteenBits) {
+    // Values and weights of 16 bits take another road than larger ones: these lie on both sides of the
+    // limits.
+    Material material(43);
+    const std::int32_t weights[] = {INT16_MIN, INT16_MIN - 1, INT16_MAX, INT16_MAX + 1};
+    const std::int32_t values[] = {0,
+                                   -1,
+                                   65535,
+                                   65536,
+                                   INT16_MIN * 256,
+                                   INT16_MIN * 256 - 1,
+                                   INT16_MAX * 256 + 255,
+                                   INT16_MAX * 256 + 256};
+    for (std::int32_t weight : weights) {
+        for (std::int32_t value : values) {
+            for (bool alone : {false, true}) { // all values, or one among ordinary ones
+                Picture picture = material.picture(150, 7, kImageGrey);
+                if (!alone) picture.green.assign(150 * 7, value);
+                picture.green[3 * 150 + 70] = value;
+                const Values kernel(25, weight);
+                const ImagePtr img = make_image(picture);
+                ASSERT_EQ(picture_of(owned(image_convolved_h(img.get(), kernel.data(), 12, 7.0, 0)).get()),
+                          reference::convolve_h(picture, kernel, 12, 7.0, 0));
+                ASSERT_EQ(picture_of(owned(image_convolved(img.get(), kernel.data(), 2, 7.0, 0)).get()),
+                          reference::convolve(picture, kernel, 2, 7.0, 0));
+            }
+        }
+    }
+}
+
 TEST_P(Convolution, WithoutWeightsIsTheBias) {
     const Values kernel(9, 0);
     const ImagePtr img = make_filled(70, 3, kImageGrey, 65535);

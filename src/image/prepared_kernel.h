@@ -1,0 +1,20 @@
+// A kernel as the inner loops want it: weights together with the places that they belong to.
+#pragma once
+
+#include <cstddef>
+
+#include "image/convolution.h"
+#include "image/loops.h"
+
+struct PreparedKernel {
+    Tap* taps;
+    PairTap* pairs;
+    Kernel kernel;
+};
+
+// Prepares a kernel of `rows` rows of 2r+1 weights for values that lie `step` apart in a row, rows `stride`
+// apart. False without memory.
+bool prepare_kernel(PreparedKernel& prepared, const KernelArgs& args, std::size_t rows, std::size_t stride,
+                    std::size_t step);
+
+void free_kernel(PreparedKernel& prepared);
