@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "test_picture.h"
@@ -182,8 +183,10 @@ std::vector<StateValue> read_state() {
     return state;
 }
 
-// Swaps buffers and returns whether the state is what it was.
+// Swaps buffers and returns whether the state is what it was. Swaps that follow one another closely may be
+// left out; these must not be.
 bool swap_keeps_state(const char* situation) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
     const std::vector<StateValue> before = read_state();
     glutSwapBuffers();
     const std::vector<StateValue> after = read_state();

@@ -154,18 +154,6 @@ TEST_P(LostServer, EndsTheProcessWithOneLine) {
 
 INSTANTIATE_TEST_SUITE_P(Callbacks, LostServer, testing::Values("picture", "busy"));
 
-TEST(ScreenSaver, OfTheServerStaysAwayWhileTheShowPlays) {
-    const auto server = DisplayServer::virtual_screen(640, 480);
-    const Viewer screen(server->name());
-    Process show(test_show(*server));
-    ASSERT_TRUE(eventually([&] { return shows_test_picture(screen.picture(), {0, 0, 640, 480}); }));
-    screen.blank_after(1);
-    EXPECT_FALSE(eventually([&] { return screen.is_blanked(); }, std::chrono::seconds(4)));
-    show.send(SIGTERM);
-    show.wait();
-    EXPECT_TRUE(eventually([&] { return screen.is_blanked(); })) << "the control: without the show it comes";
-}
-
 TEST(WholeShow, EndsByItselfWithStatus0) {
     const auto server = DisplayServer::virtual_screen(320, 240);
     Process show(show_at(*server, 162000));

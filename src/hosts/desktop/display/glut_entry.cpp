@@ -64,11 +64,10 @@ bool is_compiling_list() {
 }
 
 void show_picture() {
-    g_picture_waits = false;
+    g_picture_waits = g_surface && is_compiling_list();
+    if (g_hidden || g_picture_waits) return;
     g_last_shown = Clock::now();
-    if (g_hidden) return;
     if (!g_surface) return __real_glutSwapBuffers();
-    if (is_compiling_list()) return;
     g_surface->draw_to_window(window_size());
     __real_glutSwapBuffers();
     g_surface->bind();
