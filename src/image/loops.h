@@ -6,8 +6,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "image/random.h"
-
 // One weight of a kernel and where its value lies, relative to the value in the middle of the kernel. As sums
 // of wrapping integers may be taken in any order, taps of equal weight stand together and are multiplied
 // once: the first of them carries how many they are.
@@ -56,13 +54,6 @@ struct Loops {
     // As convolve, by pairs of taps, on values less `middle`.
     void (*convolve_narrow)(std::int32_t* out, const std::int16_t* in, std::size_t count,
                             const Kernel& kernel, std::int32_t middle);
-
-    // The next `count` numbers of a generator, which moves on.
-    void (*draw)(RandomState& random, std::uint32_t* numbers, std::size_t count);
-
-    // values[count - 1 - i] += numbers[i] % range - offset, for a range of at least 3.
-    void (*add_noise)(std::int32_t* values, const std::uint32_t* numbers, std::size_t count,
-                      std::uint32_t range, std::int32_t offset);
 
     // v = trunc((v - in_lo) * scale + out_lo), where no result leaves 32 bits.
     void (*map_levels)(std::int32_t* values, std::size_t count, const LevelMap& map);

@@ -147,50 +147,6 @@ void convolve_narrow(int32_t* out, const int16_t* in, size_t count, const Kernel
                     [&](int32_t sums[kBlock], size_t i) { sum_pairs(sums, in + i, kernel, start); });
 }
 
-// --- Noise ---
-
-#if LOOPS_BYTES >= 32
-typedef uint32_t State __attribute__((vector_size(16)));
-
-// random_step (image/random.h) on its three words at once, which takes shifts by a different count in every
-// lane.
-void draw(RandomState& random, uint32_t* numbers, size_t count) {
-    const State mask = {0xFFFFFFFE, 0xFFFFFFF8, 0xFFFFFFF0, 0};
-    const State advance = {12, 4, 17, 0}, lag = {13, 2, 3, 0}, rest = {19, 25, 11, 0};
-    State s = {random.s1, random.s2, random.s3, 0};
-    for (size_t i = 0; i < count; ++i) {
-        s = ((s & mask) << advance) ^ (((s << lag) ^ s) >> rest);
-        const State pairs = s ^ __builtin_shuffle(s, State{2, 3, 0, 1});
-        numbers[i] = (pairs ^ __builtin_shuffle(pairs, State{1, 0, 3, 2}))[0];
-    }
-    random = {s[0], s[1], s[2]};
-}
-#else
-void draw(RandomState& random, uint32_t* numbers, size_t count) {
-    RandomState s = random;
-    for (size_t i = 0; i < count; ++i) {
-        s.s1 = ((s.s1 & 0xFFFFFFFE) << 12) ^ (((s.s1 << 13) ^ s.s1) >> 19);
-        s.s2 = ((s.s2 & 0xFFFFFFF8) << 4) ^ (((s.s2 << 2) ^ s.s2) >> 25);
-        s.s3 = ((s.s3 & 0xFFFFFFF0) << 17) ^ (((s.s3 << 3) ^ s.s3) >> 11);
-        numbers[i] = s.s1 ^ s.s2 ^ s.s3;
-    }
-    random = s;
-}
-#endif
-
-// The remainder by way of the quotient, which may come out too small by one: the reciprocal is too small by
-// about 2^-50, so that it never comes out too large.
-void add_noise(int32_t* values, const uint32_t* numbers, size_t count, uint32_t range, int32_t offset) {
-    const double reciprocal = 1.0 / range * (1.0 - 1.0 / 1125899906842624.0);
-    for (size_t i = 0; i < count; ++i) {
-        const double number =
-            static_cast<int32_t>(numbers[i] ^ 0x80000000) + 2147483648.0; // exact, and signed
-        const int32_t quotient = static_cast<int32_t>(number * reciprocal);
-        const uint32_t rest = numbers[i] - static_cast<uint32_t>(quotient) * range;
-        values[count - 1 - i] += static_cast<int32_t>(rest < range ? rest : rest - range) - offset;
-    }
-}
-
 // --- Levels ---
 
 inline int32_t clamp(int32_t v, int32_t lo, int32_t hi) {
@@ -282,5 +238,5 @@ void rank(int32_t* out, const int32_t* above, const int32_t* row, const int32_t*
 } // namespace
 
 extern const Loops LOOPS_TABLE;
-const Loops LOOPS_TABLE = {LOOPS_NAME, convolve,   narrow,       convolve_narrow, draw,
-                           add_noise,  map_levels, shift_levels, blend,           rank};
+const Loops LOOPS_TABLE = {LOOPS_NAME, convolve,     narrow, convolve_narrow,
+                           map_levels, shift_levels, blend,  rank};

@@ -4,37 +4,45 @@
 #include <cstdlib>
 #include <initializer_list>
 
-#include "image/loops.h"
 #include "image/planes.h"
 #include "image/progress.h"
 #include "image/random.h"
+#include "image/remainder.h"
 
 namespace {
 
-constexpr std::size_t kBlock = 512;
-
-// One number per pixel, added to every plane.
-void add_grey_noise(Image* img, std::int32_t amplitude, std::uint32_t range) {
-    std::uint32_t numbers[kBlock];
+// One number per pixel, added to every plane, block by block from the end.
+void add_grey_noise(Image* img, std::int32_t amplitude, const Remainder& range) {
+    RandomBlock random;
+    std::int32_t noise[RandomBlock::kSize];
+    random_begin(random);
     for (std::size_t left = image_count(img); left > 0;) {
-        const std::size_t n = std::min(left, kBlock);
-        left -= n;
-        loops().draw(g_random, numbers, n);
-        if (range == 1) std::fill_n(numbers, n, 0); // what they leave divided by 1
-        for (Plane plane : kColorPlanes) {
-            if (img->*plane)
-                loops().add_noise(img->*plane + left, numbers, n, std::max(range, 3u), amplitude);
+        const std::size_t n = std::min(left, RandomBlock::kSize);
+        for (std::size_t k = 0; k < n; ++k) {
+            noise[n - 1 - k] = static_cast<std::int32_t>(range.of(random.numbers[k])) - amplitude;
         }
+        left -= n;
+        for (Plane plane : kColorPlanes) {
+            if (!(img->*plane)) continue;
+            std::int32_t* const values = img->*plane + left;
+            for (std::size_t k = 0; k < n; ++k) values[k] += noise[k];
+        }
+        random.used = n;
+        if (left > 0) random_refill(random);
     }
+    random_end(random);
 }
 
 // Three numbers per pixel: red, green, blue.
-void add_color_noise(Image* img, std::int32_t amplitude, std::uint32_t range) {
+void add_color_noise(Image* img, std::int32_t amplitude, const Remainder& range) {
+    RandomBlock random;
+    random_begin(random);
     for (std::size_t i = image_count(img); i-- > 0;) {
         for (std::int32_t* plane : {img->red, img->green, img->blue}) {
-            plane[i] += static_cast<std::int32_t>(random_step(g_random) % range) - amplitude;
+            plane[i] += static_cast<std::int32_t>(range.of(random_next(random))) - amplitude;
         }
     }
+    random_end(random);
 }
 
 } // namespace
@@ -44,7 +52,7 @@ void image_noise(Image* img, std::int32_t amplitude) {
     const bool color = amplitude < 0 && image_has_three_planes(img);
     if (color) amplitude = -amplitude;
 
-    const std::uint32_t range = static_cast<std::uint32_t>(2 * amplitude + 1); // odd, so never 0
+    const Remainder range(static_cast<std::uint32_t>(2 * amplitude + 1));
     if (color) {
         add_color_noise(img, amplitude, range);
     } else {

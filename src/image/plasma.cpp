@@ -21,7 +21,7 @@ struct Level {
 struct Plasma {
     std::int32_t* plane;
     std::int32_t width, height;
-    RandomState random;
+    RandomBlock random;
     Level levels[kMaxDepth];
 };
 
@@ -37,7 +37,7 @@ void make_levels(Level levels[kMaxDepth], std::int32_t amplitude, double roughne
 std::int32_t clamp_level(std::int32_t v) { return v < 0 ? 0 : v > 65535 ? 65535 : v; }
 
 std::int32_t draw(Plasma& p, const Remainder& range, std::int32_t offset) {
-    return static_cast<std::int32_t>(range.of(random_step(p.random))) - offset;
+    return static_cast<std::int32_t>(range.of(random_next(p.random))) - offset;
 }
 
 void set_edge_point(Plasma& p, const Level& level, std::int32_t a, std::int32_t& point, std::int32_t b) {
@@ -87,20 +87,20 @@ void plane_plasma(std::int32_t* plane, std::int32_t width, std::int32_t height, 
     p.plane = plane;
     p.width = width;
     p.height = height;
-    p.random = g_random;
+    random_begin(p.random);
     make_levels(p.levels, amplitude, roughness);
     if (tileable) {
         const double offset = amplitude * roughness;
         const std::uint32_t range = static_cast<std::uint32_t>(2 * truncate(offset) + 1);
-        plane[0] = truncate(random_step(p.random) % range - offset) + 32768;
+        plane[0] = truncate(random_next(p.random) % range - offset) + 32768;
         subdivide(p, 0, 0, width, height, 0);
     } else {
         for (std::size_t corner : {std::size_t{0}, row - 1, count - row, count - 1}) {
-            plane[corner] = static_cast<std::int32_t>(random_step(p.random) & 0xFFFF);
+            plane[corner] = static_cast<std::int32_t>(random_next(p.random) & 0xFFFF);
         }
         subdivide(p, 0, 0, width - 1, height - 1, 0);
     }
-    g_random = p.random;
+    random_end(p.random);
 }
 
 void image_plasma(Image* img, std::int32_t amplitude, double roughness) {

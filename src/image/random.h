@@ -8,6 +8,7 @@
 // To draw from a range of n values, take random_next() % n with an unsigned n.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 struct RandomState {
@@ -17,8 +18,8 @@ struct RandomState {
 // The state of the process. Nothing resets it but random_seed.
 extern RandomState g_random;
 
-// One step of a generator: for loops that keep the state in registers and put it back into g_random.
-inline std::uint32_t random_step(RandomState& s) {
+// One step of a generator.
+constexpr std::uint32_t random_step(RandomState& s) {
     s.s1 = ((s.s1 & 0xFFFFFFFE) << 12) ^ (((s.s1 << 13) ^ s.s1) >> 19);
     s.s2 = ((s.s2 & 0xFFFFFFF8) << 4) ^ (((s.s2 << 2) ^ s.s2) >> 25);
     s.s3 = ((s.s3 & 0xFFFFFFF0) << 17) ^ (((s.s3 << 3) ^ s.s3) >> 11);
@@ -34,3 +35,22 @@ std::uint32_t random_next();
 // call on the second component stays 0 for ever and the numbers come from s1 ^ s3 alone. The seeded scenes
 // are composed to these sequences. random_seed(0) loses s1 as well.
 std::uint32_t random_seed(std::uint32_t seed);
+
+// Numbers drawn many at a time, which is much faster than one by one, for operations that cannot say
+// beforehand how many they need. They are those of random_next: begin before the first, end after the last,
+// and draw no others in between.
+struct RandomBlock {
+    static constexpr std::size_t kSize = 1024;
+
+    RandomState before, after; // of the generator, around the numbers
+    std::size_t used;
+    std::uint32_t numbers[kSize];
+};
+void random_begin(RandomBlock& block);
+void random_refill(RandomBlock& block);
+void random_end(const RandomBlock& block);
+
+inline std::uint32_t random_next(RandomBlock& block) {
+    if (block.used == RandomBlock::kSize) random_refill(block);
+    return block.numbers[block.used++];
+}

@@ -83,3 +83,33 @@ TEST_F(Random, StepOnACopyOfTheStateLeavesTheProcessAlone) {
     EXPECT_EQ(g_random.s1, kS1);
     EXPECT_EQ(random_next(), number);
 }
+
+TEST_F(Random, BlocksHoldTheSameNumbers) {
+    reference::BitSerialGenerator model(kS1, kS2, kS3);
+    RandomBlock block;
+    random_begin(block);
+    for (int i = 0; i < 5000; ++i) ASSERT_EQ(random_next(block), model.next()) << i;
+    random_end(block);
+    EXPECT_EQ(random_next(), model.next());
+}
+
+TEST_F(Random, BlockLeavesTheGeneratorBehindWhatWasTaken) {
+    for (std::size_t count : {0u, 1u, 255u, 256u, 1023u, 1024u, 1025u, 2048u}) {
+        RandomState expected = g_random;
+        RandomBlock block;
+        random_begin(block);
+        for (std::size_t i = 0; i < count; ++i) ASSERT_EQ(random_next(block), random_step(expected));
+        random_end(block);
+        EXPECT_EQ(g_random.s1, expected.s1) << count;
+        EXPECT_EQ(g_random.s2, expected.s2) << count;
+        EXPECT_EQ(g_random.s3, expected.s3) << count;
+    }
+}
+
+TEST_F(Random, BlocksFollowASeed) {
+    random_seed(2222);
+    RandomState expected = g_random;
+    RandomBlock block;
+    random_begin(block);
+    for (int i = 0; i < 3000; ++i) ASSERT_EQ(random_next(block), random_step(expected));
+}
