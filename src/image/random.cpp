@@ -93,7 +93,10 @@ void random_begin(RandomBlock& block) { fill(block, g_random); }
 void random_refill(RandomBlock& block) { fill(block, block.after); }
 
 void random_end(const RandomBlock& block) {
-    const bool all = block.used == RandomBlock::kSize;
-    g_random = all ? block.after : block.before;
-    for (std::size_t i = all ? block.used : 0; i < block.used; ++i) random_step(g_random);
+    if (block.used == RandomBlock::kSize) {
+        g_random = block.after;
+        return;
+    }
+    g_random = block.before;
+    for (std::size_t i = 0; i < block.used; ++i) random_step(g_random);
 }
