@@ -1,5 +1,5 @@
-// The picture of the loading screen, stored inside the program in a small lossy format.
+// The picture of the loading screen, stored inside the program in its own small format (packed_picture.h).
 #pragma once
 
-// Makes g_loading_texture and shows it.
+// Decodes the stored picture, makes it the texture g_loading_texture and shows it by one loading_step.
 void make_loading_picture();

@@ -34,7 +34,7 @@ constexpr char kHelp[] =
     "  -l, --lambda X     squared error that one bit is worth: more makes a smaller file; chosen by the\n"
     "                     quantiser if not given\n"
     "  -s, --source NAME  write a C++ source file that defines the packed bytes as NAME and their number as\n"
-    "                     NAME_size\n"
+    "                     NAMESize\n"
     "  -d, --decode       decode\n"
     "  -h, --help         print this and end\n"
     "\n"
@@ -124,16 +124,17 @@ void write_file(const std::string& path, const std::string& content) {
 
 std::string as_source(const std::string& name, const std::vector<std::uint8_t>& bytes) {
     std::ostringstream out;
-    out << "// Written by skav-pack; change the picture and pack it again.\n\n"
+    out << "// Written by skav-pack; change the picture and pack it again.\n"
+        << "// clang-format off\n\n"
         << "#include <cstddef>\n\n"
         << "extern const unsigned char " << name << "[];\n"
-        << "extern const std::size_t " << name << "_size;\n\n"
+        << "extern const std::size_t " << name << "Size;\n\n"
         << "const unsigned char " << name << "[" << bytes.size() << "] = {\n";
     for (std::size_t i = 0; i < bytes.size(); ++i) {
-        const bool ends_line = i % 24 == 23 || i + 1 == bytes.size();
-        out << (i % 24 == 0 ? "    " : "") << static_cast<int>(bytes[i]) << (ends_line ? ",\n" : ", ");
+        const bool ends_line = i % 20 == 19 || i + 1 == bytes.size();
+        out << (i % 20 == 0 ? "    " : "") << static_cast<int>(bytes[i]) << (ends_line ? ",\n" : ", ");
     }
-    out << "};\n\nconst std::size_t " << name << "_size = sizeof " << name << ";\n";
+    out << "};\n\nconst std::size_t " << name << "Size = sizeof " << name << ";\n";
     return out.str();
 }
 

@@ -58,12 +58,15 @@ Yuv yuv_of(double r, double g, double b) {
             (r - luma) * 256.0 / 409.0 + 128.0};
 }
 
-// White and black are what the decoder makes of anything beyond them as well.
+// Beyond white and black the decoder clamps. White is wanted a little beyond, so that it stays white where
+// the chroma samples are off by a little.
+constexpr double kWhiteHeadroom = 3.0;
+
 Sample luma_sample(double y, const std::uint8_t* rgb) {
-    Sample sample = {y, y, y, 1.0};
-    if (rgb[0] == 255 && rgb[1] == 255 && rgb[2] == 255) sample.high = 255.0;
-    if (rgb[0] == 0 && rgb[1] == 0 && rgb[2] == 0) sample.low = 0.0;
-    return sample;
+    if (rgb[0] == 255 && rgb[1] == 255 && rgb[2] == 255)
+        return {y + kWhiteHeadroom, y + kWhiteHeadroom, 255.0, 1.0};
+    if (rgb[0] == 0 && rgb[1] == 0 && rgb[2] == 0) return {y, 0.0, y, 1.0};
+    return {y, y, y, 1.0};
 }
 
 Sheet make_sheet(const Picture& picture) {

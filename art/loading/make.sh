@@ -1,0 +1,29 @@
+#!/bin/sh
+# Makes the stored loading picture anew: renders the scene, packs it and writes the source that the program
+# embeds.
+#
+# Needs the packages povray and ttf-bitstream-vera, and the project's own skav-pack; its path may be given.
+#
+#     cmake --preset release && cmake --build --preset release --target skav-pack
+#     art/loading/make.sh [build/release/tools/pack/skav-pack]
+#
+# The scene is made for the shape in which it is shown, 410 by 256, and rendered straight into the square of the
+# texture.
+set -eu
+
+here=$(cd "$(dirname "$0")" && pwd)
+root=$(cd "$here/../.." && pwd)
+pack=${1:-$root/build/release/tools/pack/skav-pack}
+fonts=/usr/share/fonts/truetype/ttf-bitstream-vera
+
+command -v povray >/dev/null || { echo "make.sh: povray is missing: apt-get install povray" >&2; exit 1; }
+[ -f "$fonts/VeraMoBd.ttf" ] || {
+    echo "make.sh: $fonts/VeraMoBd.ttf is missing: apt-get install ttf-bitstream-vera" >&2
+    exit 1
+}
+[ -x "$pack" ] || { echo "make.sh: $pack is missing: build the target skav-pack first" >&2; exit 1; }
+
+# One thread: the photons' order and with it the picture stays the same.
+povray "+I$here/loading.pov" "+O$here/loading.png" "+L$fonts" +W256 +H256 -D +AM2 +A0.1 +R3 -J +WT1 +FN8 \
+    || { echo "make.sh: rendering failed" >&2; exit 1; }
+"$pack" --quant 20 --source kLoadingPicture "$here/loading.png" "$root/src/driver/loading_picture_data.cpp"
