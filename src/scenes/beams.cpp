@@ -1,0 +1,37 @@
+#include "scenes/beams.h"
+
+#include "driver/gl_helpers.h"
+#include "scenes/greetings.h"
+#include "scenes/stage.h"
+
+void set_up_beam(GLenum orientation) {
+    gluQuadricNormals(g_quadric, GLU_SMOOTH);
+    gluQuadricTexture(g_quadric, GL_TRUE);
+    gluQuadricOrientation(g_quadric, orientation);
+    glEnable(GL_BLEND);
+    glBindTexture(GL_TEXTURE_2D, tex_beam);
+    set_specular(1.0f, 12);
+}
+
+void draw_beam_cylinder() { gluCylinder(g_quadric, 0.3, 0.3, 40, 100, 1); }
+
+void draw_glowing_piece(int i) {
+    glPushMatrix();
+    glTranslated(0, 0, 40 * i);
+    glColor4f(1.0f, 0.0f, 0.0f, 0.5f);
+    blend_alpha();
+    draw_beam_cylinder();
+    glColor4f(1.2f, 0.0f, 0.0f, 0.3f);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE);
+    draw_beam_cylinder();
+    glPopMatrix();
+}
+
+void draw_visible_pieces(void (*draw_piece)(int i)) {
+    for (int i = 0; i < 200; ++i) {
+        const double z = 40 * i - 40;
+        if (z < g_scroll_y - 600.0) continue;
+        if (z > g_scroll_y + 600.0) return;
+        draw_piece(i);
+    }
+}

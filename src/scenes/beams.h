@@ -1,0 +1,19 @@
+// Red beams: glowing tubes made of cylinders of the shared quadric, laid end to end along z.
+#pragma once
+
+#include <GL/glu.h>
+
+// The material of a beam: smooth normals and texture coordinates for g_quadric, its orientation (GLU_OUTSIDE
+// or GLU_INSIDE), blending, the beam's texture and a specular highlight.
+void set_up_beam(GLenum orientation);
+
+// One piece of the beam, 40 units long and 0.3 thick, in the colour and with the blend function in force.
+void draw_beam_cylinder();
+
+// Piece number i of a beam, counted from the origin: a red cylinder and the same once more, added over it as
+// its glow.
+void draw_glowing_piece(int i);
+
+// Draws the pieces within 600 units of g_scroll_y with draw_piece(i), of the 200 that a beam has. A piece
+// counts as lying one length before where it is drawn.
+void draw_visible_pieces(void (*draw_piece)(int i));
