@@ -25,7 +25,7 @@ constexpr TextLine kHeading = {17, 185, 111, 55, -46, "..preselected"};
 constexpr TextLine kCreditLines[] = {
     {37, 347, 49, 20, -46, "code_tazu"},      {37, 370, 49, 20, -46, "music+vocals_<xr>"},
     {37, 393, 49, 20, -46, "toolcode_palo"},  {37, 416, 49, 20, -46, "gfx_venk"},
-    {538, 592, 20, 10, -46, "pRANDIKS_2026"},
+    {538, 592, 20, 10, -46, "pRANDIKS 2026"},
 };
 
 // Opens the file named "Arial" in place of the heading's font. Without one, the heading's font goes on.

@@ -314,8 +314,8 @@ void greetings_camera(float t) {
 
 } // namespace
 
-// Only the steps from 500 units below g_scroll_y to 600 above it are drawn. Neighbouring cells share their
-// points on the circle, not quite their heights: each cell rounds its own.
+// Only the steps from 500 units below g_scroll_y to 600 above it are drawn. Neighbouring cells share a point,
+// and the width there, unless their own sums for its height round differently.
 void draw_helix_ribbon(float phase) {
     constexpr int kSteps = 40000;
     constexpr double kPitch = 1.78;
@@ -325,21 +325,25 @@ void draw_helix_ribbon(float phase) {
         return ribbon_point((static_cast<double>(phase) + step) * 100 * 0.0017683882585972932, y);
     };
 
-    // Well below the first step to be drawn, then up to it.
-    int first = low > 0 ? static_cast<int>(low / kPitch) - 1 : 0;
-    if (first < 0) first = 0;
-    while (static_cast<float>(kPitch * first) < low) ++first;
+    // From just below the first step to be drawn up to it.
+    int i = low > kPitch ? static_cast<int>(low / kPitch) - 1 : 0;
+    while (static_cast<float>(kPitch * i) < low) ++i;
 
-    RibbonPoint p0 = point(first, kPitch * first);
-    RibbonPoint p1 = point(first + 1, kPitch * first + kPitch);
-    for (int i = first; i < kSteps; ++i) {
-        p0.y = static_cast<float>(kPitch * i);
-        p1.y = static_cast<float>(kPitch * i + kPitch);
-        if (p0.y > high) return;
+    RibbonPoint p0 = point(i, kPitch * i);
+    RibbonPoint p1 = point(i + 1, kPitch * i + kPitch);
+    RibbonPoint edge0 = ribbon_edge(p0, p1);
+    for (; i < kSteps && p0.y <= high; ++i) {
         const RibbonPoint p2 = point(i + 2, kPitch * (i + 1) + kPitch);
-        draw_ribbon_cell(p0, p1, p2);
+        const RibbonPoint edge1 = ribbon_edge(p1, p2);
+        draw_ribbon_cell(p0, edge0, p1, edge1);
         p0 = p1;
         p1 = p2;
+        edge0 = edge1;
+        const float y = static_cast<float>(kPitch * (i + 1));
+        if (p0.y != y) {
+            p0.y = y;
+            edge0 = ribbon_edge(p0, p1);
+        }
     }
 }
 

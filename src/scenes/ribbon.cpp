@@ -8,17 +8,6 @@
 
 namespace {
 
-// From the centre line at p to the band's outer edge; `next` is the point after p. About 3 units long, since
-// vec3_scale_by_length stretches by the length instead of dividing by it.
-RibbonPoint edge_offset(const RibbonPoint& p, const RibbonPoint& next) {
-    const float outwards[3] = {p.x, 0.0f, p.z};
-    const float onwards[3] = {next.x - p.x, next.y - p.y, next.z - p.z};
-    float across[3];
-    vec3_scale_by_length(across, vec3_cross(across, outwards, onwards));
-    return {static_cast<float>(across[0] * 0.03), static_cast<float>(across[1] * 0.03),
-            static_cast<float>(across[2] * 0.03)};
-}
-
 void corner(double s, double t, const RibbonPoint& p) {
     glTexCoord2d(s, t);
     glVertex3f(p.x, p.y, p.z);
@@ -35,9 +24,17 @@ RibbonPoint ribbon_point(double angle, double y) {
             static_cast<float>(5.0 * std::cos(angle))};
 }
 
-void draw_ribbon_cell(const RibbonPoint& p0, const RibbonPoint& p1, const RibbonPoint& p2) {
-    const RibbonPoint edge0 = edge_offset(p0, p1);
-    const RibbonPoint edge1 = edge_offset(p1, p2);
+RibbonPoint ribbon_edge(const RibbonPoint& p, const RibbonPoint& next) {
+    const float outwards[3] = {p.x, 0.0f, p.z};
+    const float onwards[3] = {next.x - p.x, next.y - p.y, next.z - p.z};
+    float across[3];
+    vec3_scale_by_length(across, vec3_cross(across, outwards, onwards));
+    return {static_cast<float>(across[0] * 0.03), static_cast<float>(across[1] * 0.03),
+            static_cast<float>(across[2] * 0.03)};
+}
+
+void draw_ribbon_cell(const RibbonPoint& p0, const RibbonPoint& edge0, const RibbonPoint& p1,
+                      const RibbonPoint& edge1) {
     glNormal3d(0, 0, -1);
     corner(0, 0, p0);
     corner(0, 1, p1);

@@ -9,7 +9,12 @@ struct RibbonPoint {
 // x and z of the centre line (radius 5) at an angle in radians; y as given.
 RibbonPoint ribbon_point(double angle, double y);
 
-// One cell between p0 and p1, with the whole texture on it; p2 is the point after p1, which the width at p1
-// is taken from. Quad of the caller's glBegin(GL_QUADS). The normal is (0, 0, -1) whichever way the band
-// turns: all of it is lit alike. Meant.
-void draw_ribbon_cell(const RibbonPoint& p0, const RibbonPoint& p1, const RibbonPoint& p2);
+// From the centre line at p to the band's outer edge, where `next` is the point after p. About 3 units long:
+// vec3_scale_by_length stretches by the length instead of dividing by it.
+RibbonPoint ribbon_edge(const RibbonPoint& p, const RibbonPoint& next);
+
+// One cell from the point p0 to p1, edge0 and edge1 wide, with the whole texture on it: a quad of the
+// caller's glBegin(GL_QUADS). The normal is (0, 0, -1) whichever way the band turns, so all of it is lit
+// alike. Meant.
+void draw_ribbon_cell(const RibbonPoint& p0, const RibbonPoint& edge0, const RibbonPoint& p1,
+                      const RibbonPoint& edge1);

@@ -426,12 +426,15 @@ void draw_film_ribbon(int offset) {
     const auto point = [offset](int m) { return ribbon_point((m + offset) * (100 * kWave), 1.78 * m); };
     RibbonPoint p0 = point(0);
     RibbonPoint p1 = point(1);
+    RibbonPoint edge0 = ribbon_edge(p0, p1);
     glBegin(GL_QUADS);
     for (int n = 0; n < 80; ++n) {
         const RibbonPoint p2 = point(n + 2);
-        draw_ribbon_cell(p0, p1, p2);
+        const RibbonPoint edge1 = ribbon_edge(p1, p2);
+        draw_ribbon_cell(p0, edge0, p1, edge1);
         p0 = p1;
         p1 = p2;
+        edge0 = edge1;
     }
     glEnd();
 }
