@@ -5,6 +5,7 @@
 
 #include "record.h"
 
+using recording::g_gl;
 using recording::record;
 
 struct GLUquadric {
@@ -13,9 +14,24 @@ struct GLUquadric {
 
 namespace {
 
-std::vector<std::unique_ptr<GLUquadric>>& quadrics() {
+// Quadrics live until the end of the process, as the show's do.
+GLUquadric* make_quadric(int number) {
     static std::vector<std::unique_ptr<GLUquadric>> made;
-    return made;
+    made.push_back(std::make_unique<GLUquadric>(GLUquadric{number}));
+    return made.back().get();
+}
+
+int bytes_per_pixel(GLenum format) {
+    switch (format) {
+    case GL_RGBA:
+        return 4;
+    case GL_RGB:
+        return 3;
+    case GL_LUMINANCE_ALPHA:
+        return 2;
+    default:
+        return 1;
+    }
 }
 
 int number(const GLUquadric* quadric) { return quadric ? quadric->number : 0; }
@@ -33,9 +49,7 @@ void gluLookAt(GLdouble ex, GLdouble ey, GLdouble ez, GLdouble cx, GLdouble cy, 
 }
 GLUquadric* gluNewQuadric() {
     record(__func__);
-    const int next = static_cast<int>(quadrics().size()) + 1;
-    quadrics().push_back(std::make_unique<GLUquadric>(GLUquadric{next}));
-    return quadrics().back().get();
+    return make_quadric(g_gl.next_quadric++);
 }
 void gluQuadricNormals(GLUquadric* quad, GLenum normal) { record(__func__, number(quad), normal); }
 void gluQuadricTexture(GLUquadric* quad, GLboolean texture) { record(__func__, number(quad), texture); }
@@ -46,8 +60,14 @@ void gluCylinder(GLUquadric* quad, GLdouble base, GLdouble top, GLdouble height,
     record(__func__, number(quad), base, top, height, slices, stacks);
 }
 GLint gluBuild2DMipmaps(GLenum target, GLint internal_format, GLsizei width, GLsizei height, GLenum format,
-                        GLenum type, const void*) {
+                        GLenum type, const void* data) {
     record(__func__, target, internal_format, width, height, format, type);
+    const auto* bytes = static_cast<const unsigned char*>(data);
+    g_gl.uploads.push_back({g_gl.bound_texture,
+                            width,
+                            height,
+                            format,
+                            {bytes, bytes + width * height * bytes_per_pixel(format)}});
     return 0;
 }
 

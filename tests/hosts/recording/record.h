@@ -8,6 +8,7 @@
 namespace recording {
 
 extern bool g_logging;
+extern GlModel g_gl;
 
 template <class T>
 Argument argument(T value) {

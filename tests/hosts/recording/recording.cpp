@@ -9,6 +9,7 @@
 namespace recording {
 
 bool g_logging = true;
+GlModel g_gl;
 
 namespace {
 
@@ -69,6 +70,14 @@ Log only(const Log& calls, const std::string& name) {
 }
 
 int count(const Log& calls, const std::string& name) { return static_cast<int>(only(calls, name).size()); }
+
+unsigned pending_error() { return g_gl.error; }
+Log& errors() { return g_gl.errors; }
+int modelview_depth() { return g_gl.modelview_depth; }
+int projection_depth() { return g_gl.projection_depth; }
+const std::vector<Upload>& uploads() { return g_gl.uploads; }
+GlModel save_gl() { return g_gl; }
+void restore_gl(const GlModel& model) { g_gl = model; }
 
 Script& script() {
     static Script instance;

@@ -75,7 +75,7 @@ struct Callbacks {
 const Callbacks& callbacks();
 
 // The GL error that glGetError would return now. The model knows of surplus pops, unbalanced glBegin and
-// glEnd, capabilities and blend factors that do not exist.
+// glEnd, calls that are not allowed between the two, capabilities and blend factors that do not exist.
 unsigned pending_error();
 
 // GL errors since the start, by the call that provoked them, whether read or not.
@@ -84,5 +84,35 @@ Log& errors();
 // Depth of the modelview and projection stacks; 1 at the start.
 int modelview_depth();
 int projection_depth();
+
+// What one gluBuild2DMipmaps was given.
+struct Upload {
+    unsigned texture; // the one bound then
+    int width;
+    int height;
+    unsigned format;
+    std::vector<unsigned char> pixels; // rows packed without padding
+};
+
+// All of them since the start.
+const std::vector<Upload>& uploads();
+
+// Everything the host keeps of GL and GLU: names, stack depths, errors and uploads. Put back with restore_gl,
+// a second run of the same calls gives the same log.
+struct GlModel {
+    unsigned error = 0; // pending
+    unsigned next_texture = 1;
+    unsigned next_list = 1;
+    int next_quadric = 1;
+    unsigned bound_texture = 0;
+    unsigned matrix_mode = 0x1700; // GL_MODELVIEW
+    int modelview_depth = 1;
+    int projection_depth = 1;
+    bool in_begin = false;
+    Log errors;
+    std::vector<Upload> uploads;
+};
+GlModel save_gl();
+void restore_gl(const GlModel& model);
 
 } // namespace recording
