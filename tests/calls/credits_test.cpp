@@ -1,0 +1,300 @@
+#include <GL/glu.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+
+#include "driver/gl_helpers.h"
+#include "driver/loading.h"
+#include "driver/show.h"
+#include "expected_layers.h"
+#include "image/filters.h"
+#include "image/image.h"
+#include "image/progress.h"
+#include "image/random.h"
+#include "image/upload.h"
+#include "scene_run.h"
+#include "text/text.h"
+
+namespace {
+
+// The page with the credit lines in the given font, and without the sign-off line.
+void make_page(const char* credit_font) {
+    Font* font = font_load("./Vera.ttf");
+    Image* img = image_create(800, 600, 1);
+    image_fill(img, 0xFF000000);
+    draw_text(img, font, 17, 185, 111, 55, -46, "..preselected");
+    font_reopen(font, credit_font);
+    draw_text(img, font, 37, 347, 49, 20, -46, "code_tazu");
+    draw_text(img, font, 37, 370, 49, 20, -46, "music+vocals_<xr>");
+    draw_text(img, font, 37, 393, 49, 20, -46, "toolcode_palo");
+    draw_text(img, font, 37, 416, 49, 20, -46, "gfx_venk");
+    image_rank(img, 1);
+    image_levels(img, 7, 0, 65535, 65535, 0);
+    image_upload(img, 1);
+    image_free(img);
+    font_free(font);
+}
+
+// Where the sign-off line stands, the dilation included. Its words are the makers' own.
+bool is_sign_off(int x, int y) { return x >= 536 && y >= 578 && y <= 597; }
+
+// Two pages, the sign-off line left out.
+testing::AssertionResult same_page(const recording::Upload& actual, const recording::Upload& expected) {
+    if (actual.width != 800 || actual.height != 600) return testing::AssertionFailure() << "another size";
+    if (actual.format != GL_LUMINANCE) return testing::AssertionFailure() << "another format";
+    for (int y = 0; y < 600; ++y) {
+        for (int x = 0; x < 800; ++x) {
+            const size_t i = static_cast<size_t>(y * 800 + x);
+            if (is_sign_off(x, y) || actual.pixels[i] == expected.pixels[i]) continue;
+            return testing::AssertionFailure() << "the pages differ at " << x << ", " << y;
+        }
+    }
+    return testing::AssertionSuccess();
+}
+
+// Dark pixels of a part of the page.
+int ink(const recording::Upload& page, int x0, int y0, int x1, int y1) {
+    int dark = 0;
+    for (int y = y0; y < y1; ++y) {
+        for (int x = x0; x < x1; ++x) dark += page.pixels[static_cast<size_t>(y * 800 + x)] < 128;
+    }
+    return dark;
+}
+
+float rounded(double value) { return static_cast<float>(value); }
+
+void start_calls() {
+    const float black[4] = {0, 0, 0, 1};
+    const float half[4] = {0.5f, 0.5f, 0.5f, 0.5f};
+    const float half_opaque[4] = {0.5f, 0.5f, 0.5f, 1};
+    const float position[4] = {0, 0, 2, 1};
+    glLightfv(GL_LIGHT1, GL_AMBIENT, black);
+    glLightfv(GL_LIGHT1, GL_DIFFUSE, half);
+    glLightfv(GL_LIGHT1, GL_SPECULAR, half_opaque);
+    glLightfv(GL_LIGHT1, GL_POSITION, position);
+    glEnable(GL_LIGHT1);
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    gluPerspective(70.0, 1.3333333333333333, 0.1, 500.0);
+    glMatrixMode(GL_MODELVIEW);
+    GLUquadric* pipe = gluNewQuadric();
+    gluQuadricNormals(pipe, GLU_SMOOTH);
+    gluQuadricOrientation(pipe, GLU_OUTSIDE);
+    gluQuadricTexture(pipe, GL_FALSE);
+}
+
+void draw_pipes(GLUquadric* pipe, double a) {
+    const auto cylinder = [pipe] { gluCylinder(pipe, 1, 1, 20, 100, 10); };
+    glPushMatrix();
+    glEnable(GL_LIGHTING);
+    expected::look_at();
+    glDepthMask(1);
+    glDisable(GL_TEXTURE_2D);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+    glColor4f(0, 0.5f, 0, rounded(a));
+    glRotatef(45, 0, 1, 0);
+    glTranslated(18, -16, 0);
+    cylinder();
+    glTranslated(-2, 0, 0);
+    cylinder();
+    glTranslated(-2, 0, 0);
+    cylinder();
+    glTranslated(1, 1.74, 0);
+    glColor4f(0.5f, 0, 0, rounded(a));
+    cylinder();
+    glTranslated(2, 0, 0);
+    cylinder();
+    glTranslated(-1, 1.74, 0);
+    cylinder();
+    glEnable(GL_TEXTURE_2D);
+    glPopMatrix();
+}
+
+void draw_frame(unsigned page, GLUquadric* pipe, float t) {
+    const double a = std::min(1.0, (t - 3.0) * 0.25);
+    glLoadIdentity();
+    set_render_state(7);
+    glClearColor(1, 1, 1, 0);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    expected::bind(page);
+    glDisable(GL_LIGHTING);
+    begin_2d();
+    glEnable(GL_TEXTURE_2D);
+    glDepthMask(0);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glColor4f(1, 1, 1, 1);
+    expected::overlay_quad(0, 0, 1024, 768);
+    end_2d();
+    draw_pipes(pipe, a);
+    glLoadIdentity();
+    begin_2d();
+    glDisable(GL_LIGHTING);
+    glDisable(GL_TEXTURE_2D);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glColor4f(1, 1, 1, rounded(1 - a));
+    glDisable(GL_TEXTURE_2D);
+    glBegin(GL_QUADS);
+    glVertex3d(0, 384, 1);
+    glVertex3d(0, 768, 1);
+    glVertex3d(1024, 768, 1);
+    glVertex3d(1024, 384, 1);
+    glEnd();
+    end_2d();
+    expected::letterbox_bars();
+}
+
+class Credits : public testing::Test {
+protected:
+    void SetUp() override { names_ = prepare({kCredits}); }
+
+    void start(double time) {
+        pipe_ = recording::save_gl().next_quadric;
+        start_at(kCredits, time);
+        start_ = time;
+    }
+
+    testing::AssertionResult frame_is_right(double time) {
+        g_demo_time = time;
+        const float t = static_cast<float>(time - static_cast<float>(start_));
+        // a stand-in with the number of the scene's own
+        recording::GlModel gl = recording::save_gl();
+        const int next = gl.next_quadric;
+        gl.next_quadric = pipe_;
+        recording::restore_gl(gl);
+        GLUquadric* pipe = nullptr;
+        recording::calls_of([&pipe] { pipe = gluNewQuadric(); });
+        gl.next_quadric = next;
+        recording::restore_gl(gl);
+        return same_calls(g_scenes[kCredits].render, [&] { draw_frame(names_.credits, pipe, t); });
+    }
+
+    // The colour calls of a frame.
+    recording::Log colours(double time) {
+        return recording::only(recording::calls_of([time] { render_at(kCredits, time); }), "glColor4f");
+    }
+
+    Names names_;
+    int pipe_ = 0;
+    double start_ = 0.0;
+};
+
+} // namespace
+
+TEST(CreditsPage, HasItsCreditLinesInTheFileNamedArial) {
+    ASSERT_NE(font_load("./Vera.ttf"), nullptr);
+    ASSERT_NE(font_load("Arial"), nullptr);
+    g_scenes[kCredits].prepare();
+    make_page("Arial");
+    ASSERT_EQ(recording::uploads().size(), 2u);
+    EXPECT_TRUE(same_page(recording::uploads()[0], recording::uploads()[1]));
+}
+
+TEST(CreditsPage, WithoutThatFileTheyStandInTheOtherFont) {
+    TemporaryDirectory directory({"Vera.ttf"});
+    g_scenes[kCredits].prepare();
+    make_page("./Vera.ttf");
+    ASSERT_EQ(recording::uploads().size(), 2u);
+    EXPECT_TRUE(same_page(recording::uploads()[0], recording::uploads()[1]));
+    EXPECT_GT(ink(recording::uploads()[0], 37, 330, 500, 420), 1000);
+    EXPECT_GT(ink(recording::uploads()[0], 538, 580, 800, 594), 50);
+}
+
+TEST(CreditsPage, HasASignOffLineAtItsLowerRight) {
+    g_scenes[kCredits].prepare();
+    const recording::Upload& page = recording::uploads().at(0);
+    EXPECT_GT(ink(page, 538, 580, 800, 594), 50);
+    EXPECT_EQ(ink(page, 0, 560, 535, 600), 0);
+    EXPECT_EQ(ink(page, 0, 598, 800, 600), 0);
+}
+
+TEST(CreditsPage, WithoutAnyFontIsPlainWhite) {
+    TemporaryDirectory empty({});
+    g_scenes[kCredits].prepare();
+    const std::vector<unsigned char> white(800 * 600, 255);
+    EXPECT_EQ(recording::uploads().at(0).pixels, white);
+}
+
+TEST(CreditsPage, IsGreyAndClampsPlainlyAfterTheLoadingScreen) {
+    g_progress_hook = loading_step;
+    const recording::Log calls = recording::calls_of(g_scenes[kCredits].prepare);
+    EXPECT_EQ(recording::only(calls, "gluBuild2DMipmaps"),
+              (recording::Log{
+                  {"gluBuild2DMipmaps", {GL_TEXTURE_2D, 1, 800, 600, GL_LUMINANCE, GL_UNSIGNED_BYTE}}}));
+    EXPECT_EQ(recording::only(calls, "glTexParameteri").back(),
+              (recording::Call{"glTexParameteri", {GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP}}));
+}
+
+TEST(CreditsPage, DrawsNoNumbers) {
+    g_random = {11, 22, 33};
+    g_scenes[kCredits].prepare();
+    EXPECT_EQ(g_random.s1, 11u);
+}
+
+TEST_F(Credits, StartSetsTheSecondLightProjectionAndANewQuadricEachTime) {
+    EXPECT_TRUE(same_calls([] { start_at(kCredits, 153.0); }, start_calls));
+    EXPECT_TRUE(same_calls([] { start_at(kCredits, 160.0); }, start_calls));
+    EXPECT_EQ(recording::save_gl().next_quadric, 4); // the shared one and two more
+}
+
+TEST_F(Credits, StopAndReleaseDoNothing) {
+    EXPECT_TRUE(recording::calls_of([] {
+                    g_scenes[kCredits].stop();
+                    g_scenes[kCredits].release();
+                }).empty());
+}
+
+TEST_F(Credits, TheFrameFadesThePipesInAndTheCoverOut) {
+    start(153.0);
+    for (double time : {153.0, 153.1, 154.7, 155.99, 156.0, 156.3, 158.0, 159.9, 160.0, 160.1, 161.9}) {
+        EXPECT_TRUE(frame_is_right(time)) << time;
+    }
+}
+
+TEST_F(Credits, AStartThatSinglePrecisionRoundsIsCountedFromTheRoundedTime) {
+    start(153.3);
+    for (double time : {153.3, 155.2, 157.7}) EXPECT_TRUE(frame_is_right(time)) << time;
+}
+
+TEST_F(Credits, TheFadeStopsAtItsFullStrength) {
+    start(153.0);
+    for (float t : {std::nextafterf(7.0f, 0.0f), 7.0f, std::nextafterf(7.0f, 8.0f)}) {
+        EXPECT_TRUE(frame_is_right(153.0 + static_cast<double>(t))) << t;
+    }
+}
+
+TEST_F(Credits, BeforeTheThirdSecondTheCoverIsOpaqueAndThePipesInvisible) {
+    start(153.0);
+    const recording::Log at_start = colours(153.0);
+    EXPECT_EQ(at_start.at(1), (recording::Call{"glColor4f", {0.0, 0.5, 0.0, -0.75}}));
+    EXPECT_EQ(at_start.at(at_start.size() - 2), (recording::Call{"glColor4f", {1.0, 1.0, 1.0, 1.75}}));
+    const recording::Log at_three = colours(156.0);
+    EXPECT_EQ(at_three.at(at_three.size() - 2), (recording::Call{"glColor4f", {1.0, 1.0, 1.0, 1.0}}));
+}
+
+TEST_F(Credits, FromTheSeventhSecondOnTheCoverIsGone) {
+    start(153.0);
+    for (double time : {160.0, 161.5}) {
+        const recording::Log calls = colours(time);
+        EXPECT_EQ(calls.at(1), (recording::Call{"glColor4f", {0.0, 0.5, 0.0, 1.0}}));
+        EXPECT_EQ(calls.at(calls.size() - 2), (recording::Call{"glColor4f", {1.0, 1.0, 1.0, 0.0}}));
+    }
+}
+
+TEST_F(Credits, ASecondStartBeginsTheFadeAgainWithItsOwnQuadric) {
+    start(153.0);
+    EXPECT_TRUE(frame_is_right(159.0));
+    start(160.0);
+    EXPECT_TRUE(frame_is_right(160.0));
+    EXPECT_TRUE(frame_is_right(161.0));
+}
+
+TEST_F(Credits, OnlyTheMeantCallsAreRejected) {
+    start(153.0);
+    EXPECT_EQ(rejected_calls_of([] { render_at(kCredits, 155.0); }),
+              (std::vector<std::string>{"glDisable", "glEnable"}));
+    EXPECT_EQ(recording::modelview_depth(), 1);
+    EXPECT_EQ(recording::projection_depth(), 1);
+}

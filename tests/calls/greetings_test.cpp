@@ -1,0 +1,557 @@
+#include <GL/glu.h>
+
+#include <cmath>
+
+#include "driver/gl_helpers.h"
+#include "driver/loading.h"
+#include "driver/show.h"
+#include "expected_layers.h"
+#include "image/filters.h"
+#include "image/generators.h"
+#include "image/image.h"
+#include "image/progress.h"
+#include "image/random.h"
+#include "image/upload.h"
+#include "scene_run.h"
+#include "text/text.h"
+
+namespace {
+
+// --- How the textures are made ---
+
+void make_wall_texture() {
+    Image* plasma = image_create(256, 256, 9);
+    image_plasma(plasma, 4104, 1.0);
+    Image* wall = image_create(256, 256, 9);
+    image_fill(wall, 0xff000095);
+    image_line(wall, 0, 0, 255, 0, 0xff00004b);
+    image_line(wall, 0, 255, 255, 255, 0xff000000);
+    image_line(wall, 0, 0, 0, 255, 0xff000000);
+    image_line(wall, 255, 0, 255, 255, 0xff000000);
+    image_blur_directional(wall, 3, 0.0, 1.0, 1.0);
+    image_blend(wall, plasma, 4, 76);
+    image_upload(wall, 1);
+    image_free(plasma);
+    image_free(wall);
+}
+
+void make_ribbon_texture() {
+    Image* edges = image_create(256, 256, 9);
+    image_fill(edges, 0xff000000);
+    image_line(edges, 12, 0, 13, 255, 0xffffffff);
+    image_line(edges, 242, 0, 242, 255, 0xffffffff);
+    image_blur_h(edges, 19, 25.0);
+    Image* band = image_create(256, 256, 1);
+    image_fill(band, 0xffffffff);
+    Image* middle = image_create_like(edges);
+    image_fill(middle, 0xff000000);
+    image_fill_rect(middle, 10, 0, 236, 256, 0xff959595);
+    image_blend(edges, middle, 1, 244);
+    image_fill_rect(band, 10, 0, 236, 256, 0xe95e5800);
+    image_set_alpha(band, edges);
+    image_blend(band, edges, 1, 256);
+    image_upload(band, 1);
+    image_free(edges);
+    image_free(band);
+    image_free(middle);
+}
+
+void make_beam_texture() {
+    Image* img = image_create(256, 256, 9);
+    image_plasma(img, 32768, 0.67);
+    image_upload(img, 1);
+    image_free(img);
+}
+
+void make_shaft_texture() {
+    Image* img = image_create(128, 256, 1);
+    image_fill(img, 0xff000000);
+    image_line(img, 64, 0, 64, 255, 0xffffffff);
+    image_blur_h(img, 63, 85.0);
+    image_upload(img, 1);
+    image_free(img);
+}
+
+void make_words_texture() {
+    Font* font = font_load("./Vera.ttf");
+    Image* img = image_create(512, 512, 1);
+    image_fill(img, 0xff000000);
+    draw_text(img, font, 6, 37, 80, 32, -48, "kOLTVARE");
+    draw_text(img, font, 1, 96, 69, 32, -48, "nolts varimeer");
+    draw_text(img, font, 1, 160, 92, 32, -39, "skrelmunt");
+    draw_text(img, font, 0, 224, 111, 32, -37, "froskets");
+    draw_text(img, font, 1, 288, 154, 32, -37, "ulvan");
+    draw_text(img, font, 1, 352, 92, 32, -37, "tindelwok");
+    draw_text(img, font, 1, 416, 130, 32, -37, "gravnik");
+    draw_text(img, font, 1, 480, 66, 32, 0, "rolm @ pYX05");
+    image_levels(img, 7, 0, 65535, 65535, 0);
+    image_rank(img, 0);
+    image_levels(img, 7, 0, 65535, 65535, 0);
+    image_blur_h(img, 4, 1.0);
+    image_set_alpha(img, img);
+    image_upload(img, 1);
+    image_free(img);
+    font_free(font);
+}
+
+void make_everything() {
+    make_wall_texture();
+    make_ribbon_texture();
+    make_beam_texture();
+    make_shaft_texture();
+    make_words_texture();
+    const unsigned box = glGenLists(1);
+    glNewList(box, GL_COMPILE);
+    draw_box(0, 0, 0, 1, 1, 1);
+    glEndList();
+}
+
+// --- The frame ---
+
+// The three layers that a pass shows.
+struct Layers {
+    bool wall, ribbon, beam;
+};
+
+Layers layers_of(int pass) {
+    switch (pass) {
+    case 0: // not started yet
+        return {false, false, false};
+    case 1:
+        return {false, true, false};
+    case 3:
+        return {true, true, true};
+    default:
+        return {false, true, true};
+    }
+}
+
+float scroll_at(int pass, float t) {
+    if (pass != 3) return 0.0f;
+    if (t > 1.4) return static_cast<float>(200.0 * t + 100.0);
+    return static_cast<float>(20.0 * t + 100.0);
+}
+
+float rounded(double angle) { return static_cast<float>(angle); }
+
+void place_camera(int pass, float t) {
+    switch (pass) {
+    case 1:
+        glEnable(GL_BLEND);
+        set_render_state(7);
+        glTranslated(30, -200, -30);
+        break;
+    case 2: {
+        const double d = 4.0;
+        const float grey = static_cast<float>(1 - (0.5 / d) * t);
+        glClearColor(grey, grey, grey, 1);
+        glTranslated(30 - (30 / d) * t, (100 / d) * t - 100, (30 / d) * t - 30);
+        glRotatef(rounded((60 / d) * t), -1, 0, 0);
+        glTranslated(0, -100, 0);
+        break;
+    }
+    case 3:
+        glClearColor(0.5f, 0.5f, 0.5f, 0);
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        glRotatef(60, -1, 0, 0);
+        if (t > 1.4) glRotatef(rounded(std::sin((1.4 - t) * 0.21220659103167516) * 90), 0, 0.2f, 1);
+        if (t > 7.0) {
+            glRotatef(rounded(std::sin((7.0 - t) * 0.2829421213755669) * 90), 0, 0.2f, 1);
+            glRotatef(rounded(std::sin((7.0 - t) * 0.03536776517194586) * 45), 1, 0, 0);
+        }
+        break;
+    case 4:
+        glClearColor(0.5f, 0.5f, 0.5f, 0);
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        glRotatef(60, -1, 0, 0);
+        break;
+    default:
+        break;
+    }
+}
+
+void draw_wall(const Names& names, float scroll) {
+    glDisable(GL_BLEND);
+    expected::bind(names.wall);
+    glTranslated(0, -scroll, 0);
+    glEnable(GL_CULL_FACE);
+    glCullFace(GL_FRONT);
+    glColor3f(1, 1, 1);
+    double y = 0;
+    for (int i = 0; i <= 599; ++i) {
+        random_seed(2000);
+        const double h = random_next() * std::pow(2.0, -27) - 20 + 30;
+        y += h;
+        if (y < scroll - 600.0) continue;
+        if (y > scroll + 600.0) break;
+        random_seed(static_cast<unsigned>(y));
+        double x = -120;
+        for (int j = 0; j <= 19; ++j) {
+            x += 12;
+            const double r = random_next();
+            const double c = std::pow(std::cos(j * 0.15915494327375637) * 3.3, 4.0);
+            glPushMatrix();
+            glTranslated(x, y - h, -20);
+            glScaled(12, h, r * std::pow(2.0, -30) - 2.0 + 2.0 + c);
+            glCallList(names.box);
+            glPopMatrix();
+        }
+    }
+}
+
+void draw_shafts(const Names& names, float scroll) {
+    glDisable(GL_CULL_FACE);
+    expected::bind(names.shaft);
+    set_render_state(5);
+    glEnable(GL_BLEND);
+    glColor4f(1, 1, 1, 0.1f);
+    glBlendFunc(GL_ALPHA, GL_SRC_ALPHA);
+    glDepthMask(0);
+    random_seed(20000);
+    for (int i = 0; i <= 4; ++i) {
+        const int z = 2 * i - 10;
+        for (int j = 0; j <= 49; ++j) {
+            const int top = 100 * j + 100;
+            const int bottom = 100 * j;
+            if (top < scroll - 600.0) continue;
+            if (top > scroll + 600.0) break;
+            glBegin(GL_QUADS);
+            expected::corner(0, 0, 50, top, z);
+            expected::corner(1, 0, -50, top, z);
+            expected::corner(1, 1, -50, bottom, z);
+            expected::corner(0, 1, 50, bottom, z);
+            glEnd();
+        }
+    }
+}
+
+void draw_beam(const Names& names, float scroll) {
+    glPushMatrix();
+    glDepthMask(1);
+    glRotatef(90, -1, 0, 0);
+    glTranslated(0, -10, 0);
+    expected::beam_material(names.beam);
+    expected::red_beam(scroll);
+    glDepthMask(0);
+    glPopMatrix();
+}
+
+void draw_ribbon(const Names& names, float scroll) {
+    glPushMatrix();
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glTranslated(0, -10, 10);
+    glRotatef(rounded(-(g_demo_time * 300)), 0, 1, 0);
+    glColor4f(1, 1, 1, 1);
+    expected::bind(names.ribbon);
+    glBegin(GL_QUADS);
+    expected::helix_quads(0.0f, scroll);
+    expected::helix_quads(18.0f, scroll);
+    glEnd();
+    glDepthMask(1);
+    glPopMatrix();
+}
+
+int caption_row(int pass, float t) {
+    if (pass != 3) return -1;
+    if (t > 1.4 && t < 7.0) return 0;
+    if (t > 7.0 && t < 13.0) return 1;
+    if (t > 13.0 && t < 18.0) return 2;
+    if (t > 18.0) return 3;
+    return -1;
+}
+
+// The frame of a pass, with t seconds gone.
+void draw_frame(const Names& names, int pass, float t) {
+    const Layers layers = layers_of(pass);
+    const float scroll = scroll_at(pass, t);
+    glLoadIdentity();
+    set_render_state(7);
+    expected::look_at();
+    place_camera(pass, t);
+    glEnable(GL_TEXTURE_2D);
+    if (layers.wall) {
+        draw_wall(names, scroll);
+        draw_shafts(names, scroll);
+    }
+    if (layers.beam) draw_beam(names, scroll);
+    if (layers.ribbon) draw_ribbon(names, scroll);
+    expected::caption(names.words, caption_row(pass, t));
+    expected::letterbox();
+}
+
+// The greetings, prepared and started as often as the pass says, `start` being the show time of the last one.
+class Greetings : public testing::Test {
+protected:
+    void SetUp() override { names_ = prepare({kGreetings}); }
+
+    void start_pass(int pass, double start) {
+        for (; pass_ < pass; ++pass_) start_at(kGreetings, start);
+        start_ = start;
+    }
+
+    // Whether the frame at a show time is as it should be.
+    testing::AssertionResult frame_is_right(double time) {
+        g_demo_time = time;
+        const float t = static_cast<float>(time - static_cast<float>(start_));
+        return same_calls(g_scenes[kGreetings].render, [&] { draw_frame(names_, pass_, t); });
+    }
+
+    recording::Log frame(double time) {
+        return recording::calls_of([time] { render_at(kGreetings, time); });
+    }
+
+    // The row of the words that a frame shows, -1 for none.
+    int row_shown(double time) {
+        const recording::Log calls = frame(time);
+        for (size_t i = 1; i < calls.size(); ++i) {
+            if (calls[i] == recording::Call{"glVertex3d", {512.0, 668.16, 1.0}}) {
+                return static_cast<int>(std::get<double>(calls[i - 1].arguments[1]) * 8);
+            }
+        }
+        return -1;
+    }
+
+    Names names_;
+    int pass_ = 0;
+    double start_ = 0.0;
+};
+
+} // namespace
+
+TEST(GreetingsTextures, AreMadeInOrder) {
+    ASSERT_NE(font_load("./Vera.ttf"), nullptr);
+    EXPECT_TRUE(same_calls(g_scenes[kGreetings].prepare, make_everything));
+}
+
+TEST(GreetingsTextures, AreMadeInTheSameWayWhileEveryOperationRedrawsTheLoadingScreen) {
+    g_progress_hook = loading_step;
+    EXPECT_TRUE(same_calls(g_scenes[kGreetings].prepare, make_everything));
+}
+
+TEST(GreetingsTextures, HaveTheirSizesAndFormats) {
+    prepare({kGreetings});
+    const struct {
+        int width, height;
+        unsigned format;
+    } expected[] = {{256, 256, GL_LUMINANCE},
+                    {256, 256, GL_LUMINANCE_ALPHA},
+                    {256, 256, GL_LUMINANCE},
+                    {128, 256, GL_LUMINANCE},
+                    {512, 512, GL_LUMINANCE_ALPHA}};
+    ASSERT_EQ(recording::uploads().size(), 5u);
+    for (size_t i = 0; i < 5; ++i) {
+        const recording::Upload& upload = recording::uploads()[i];
+        EXPECT_EQ(upload.width, expected[i].width) << i;
+        EXPECT_EQ(upload.height, expected[i].height) << i;
+        EXPECT_EQ(upload.format, expected[i].format) << i;
+    }
+}
+
+TEST(GreetingsTextures, TilesRepeatAndTheOthersClampPlainlyAfterTheLoadingScreen) {
+    g_progress_hook = loading_step;
+    const recording::Log calls = recording::calls_of(g_scenes[kGreetings].prepare);
+    std::vector<unsigned> wraps;
+    for (const recording::Call& call : recording::only(calls, "glTexParameteri")) {
+        if (std::get<double>(call.arguments[1]) == GL_TEXTURE_WRAP_T) {
+            wraps.push_back(static_cast<unsigned>(std::get<double>(call.arguments[2])));
+        }
+    }
+    EXPECT_EQ(wraps, (std::vector<unsigned>{GL_REPEAT, GL_CLAMP, GL_REPEAT, GL_CLAMP, GL_CLAMP}));
+}
+
+TEST(GreetingsTextures, DrawFromTheCommonGeneratorForThePlasmasOnly) {
+    g_random = {1, 2, 3};
+    prepare({kGreetings});
+    const unsigned after = random_next();
+    g_random = {1, 2, 3};
+    Image* img = image_create(256, 256, 9);
+    image_plasma(img, 4104, 1.0);
+    image_plasma(img, 32768, 0.67);
+    EXPECT_EQ(after, random_next());
+    image_free(img);
+}
+
+TEST(GreetingsTextures, TheWordsAreWhiteOnBlackWithTheirOwnBrightnessAsAlpha) {
+    prepare({kGreetings});
+    const std::vector<unsigned char>& pixels = recording::uploads().at(4).pixels;
+    int row_has_ink[8] = {};
+    for (size_t i = 0; i < pixels.size(); i += 2) {
+        ASSERT_EQ(pixels[i], pixels[i + 1]);
+        if (pixels[i] > 200) row_has_ink[i / 2 / 512 / 64] = 1;
+    }
+    for (int row = 0; row < 8; ++row) EXPECT_TRUE(row_has_ink[row]) << row;
+}
+
+TEST(GreetingsTextures, WithoutTheFontTheWordsAreInvisible) {
+    TemporaryDirectory empty({});
+    prepare({kGreetings});
+    const std::vector<unsigned char> nothing(512 * 512 * 2, 0);
+    EXPECT_EQ(recording::uploads().at(4).pixels, nothing);
+}
+
+TEST_F(Greetings, StartSetsLightsProjectionAndFog) {
+    EXPECT_TRUE(same_calls([] { start_at(kGreetings, 0.0); },
+                           [] {
+                               expected::light_and_projection();
+                               expected::fog(0.0f, 400.0f);
+                           }));
+}
+
+TEST_F(Greetings, EveryStartIsTheSame) {
+    const recording::Log first = recording::calls_of([] { start_at(kGreetings, 0.0); });
+    for (double time : {6.2, 10.0, 34.0}) {
+        EXPECT_TRUE(same_log(recording::calls_of([time] { start_at(kGreetings, time); }), first));
+    }
+}
+
+TEST_F(Greetings, StopAndReleaseDoNothing) {
+    EXPECT_TRUE(recording::calls_of([] {
+                    g_scenes[kGreetings].stop();
+                    g_scenes[kGreetings].release();
+                }).empty());
+}
+
+TEST_F(Greetings, BeforeItsFirstStartItShowsNoLayer) { EXPECT_TRUE(frame_is_right(0.0)); }
+
+TEST_F(Greetings, ThePassOneFrameIsTheRibbonAlone) {
+    start_pass(1, 0.0);
+    for (double time : {0.0, 0.016, 1.4, 3.0, 6.2}) EXPECT_TRUE(frame_is_right(time)) << time;
+}
+
+TEST_F(Greetings, ThePassTwoFrameBringsTheCameraIn) {
+    start_pass(2, 6.2);
+    for (double time : {6.2, 6.3, 7.7, 8.2, 9.999, 10.2, 11.0}) EXPECT_TRUE(frame_is_right(time)) << time;
+}
+
+TEST_F(Greetings, ThePassThreeFrameIsTheWholeWall) {
+    start_pass(3, 10.0);
+    for (double time : {10.0, 10.5, 11.3, 11.5, 12.0, 15.5, 16.9, 17.0, 17.1, 20.0, 23.0, 25.0, 28.0, 33.9}) {
+        EXPECT_TRUE(frame_is_right(time)) << time;
+    }
+}
+
+TEST_F(Greetings, ThePassThreeTimeBoundsAreStrict) {
+    start_pass(3, 10.0);
+    // The local time is single precision: the float nearest to 1.4 lies below 1.4.
+    for (float bound : {1.4f, 7.0f, 13.0f, 18.0f}) {
+        for (float t : {std::nextafterf(bound, 0.0f), bound, std::nextafterf(bound, 99.0f)}) {
+            EXPECT_TRUE(frame_is_right(10.0 + static_cast<double>(t))) << t;
+        }
+    }
+}
+
+TEST_F(Greetings, FarBeyondTheirEndTheLoopsRunOutOfThings) {
+    start_pass(3, 10.0);
+    for (double t : {26.0, 60.0, 120.0, 360.0}) EXPECT_TRUE(frame_is_right(10.0 + t)) << t;
+}
+
+TEST_F(Greetings, WhatStandsExactlyOnACullingBoundIsDrawn) {
+    start_pass(3, 10.0);
+    // Scroll height 1200: shafts end at 600 and 1800, beams stand at 600 and 1800.
+    EXPECT_TRUE(frame_is_right(15.5));
+    const recording::Log calls = frame(15.5);
+    EXPECT_EQ(recording::count(calls, "gluCylinder"), 2 * 31);
+    // Scroll height 1180: the helix passes through 680 and 1780, multiples of 89.
+    EXPECT_TRUE(frame_is_right(15.4));
+}
+
+TEST_F(Greetings, AFourthPassHasNoWallAndAFifthKeepsItsLayers) {
+    start_pass(4, 34.0);
+    EXPECT_TRUE(frame_is_right(35.0));
+    start_pass(5, 36.0);
+    EXPECT_TRUE(frame_is_right(37.0));
+}
+
+TEST_F(Greetings, CaptionsFollowThePassAndItsTime) {
+    start_pass(1, 0.0);
+    EXPECT_EQ(row_shown(3.0), -1);
+    start_pass(2, 6.2);
+    EXPECT_EQ(row_shown(8.2), -1);
+    start_pass(3, 10.0);
+    EXPECT_EQ(row_shown(10.0), -1);
+    EXPECT_EQ(row_shown(10.0 + static_cast<double>(1.4f)), -1);
+    EXPECT_EQ(row_shown(11.5), 0);
+    EXPECT_EQ(row_shown(16.99), 0);
+    EXPECT_EQ(row_shown(17.0), -1);
+    EXPECT_EQ(row_shown(17.01), 1);
+    EXPECT_EQ(row_shown(22.99), 1);
+    EXPECT_EQ(row_shown(23.0), -1);
+    EXPECT_EQ(row_shown(23.01), 2);
+    EXPECT_EQ(row_shown(27.99), 2);
+    EXPECT_EQ(row_shown(28.0), -1);
+    EXPECT_EQ(row_shown(28.01), 3);
+    EXPECT_EQ(row_shown(34.0), 3);
+}
+
+TEST_F(Greetings, AllRowsOfTheWallHaveTheSameHeight) {
+    start_pass(3, 10.0);
+    const recording::Log boxes = recording::only(frame(20.0), "glScaled");
+    ASSERT_GT(boxes.size(), 40u);
+    for (const recording::Call& box : boxes) EXPECT_EQ(box.arguments[1], boxes[0].arguments[1]);
+    const double height = std::get<double>(boxes[0].arguments[1]);
+    EXPECT_GE(height, 10.0);
+    EXPECT_LT(height, 42.0);
+}
+
+TEST_F(Greetings, WithoutScrollThereIsNoWallAndTheRibbonStartsAtZero) {
+    start_pass(2, 6.2);
+    const recording::Log calls = frame(8.0);
+    EXPECT_EQ(recording::count(calls, "glCallList"), 0);
+    const recording::Log points = recording::only(calls, "glVertex3d");
+    EXPECT_EQ(points.at(0).arguments[1], recording::Argument(0.0));
+    EXPECT_EQ(recording::count(calls, "gluCylinder"), 2 * 17);
+}
+
+TEST_F(Greetings, TheTimeOfAPassCountsFromItsSinglePrecisionStart) {
+    start_pass(2, 6.2);
+    // 6.2 narrowed to float lies above 6.2, so the first frame's time is a little negative.
+    EXPECT_TRUE(frame_is_right(6.2));
+    const recording::Call colour = recording::only(frame(6.2), "glClearColor").at(0);
+    EXPECT_EQ(std::get<double>(colour.arguments[0]), 1.0f);
+    const recording::Call turn = recording::only(frame(6.2), "glRotatef").at(0);
+    EXPECT_EQ(std::get<double>(turn.arguments[0]),
+              static_cast<float>(15.0 * static_cast<float>(6.2 - static_cast<double>(6.2f))));
+}
+
+TEST_F(Greetings, TheRibbonSpinsOnAcrossPasses) {
+    start_pass(3, 10.0);
+    const recording::Log turns = recording::only(frame(12.0), "glRotatef");
+    EXPECT_EQ(turns.back(), (recording::Call{"glRotatef", {-3600.0, 0.0, 1.0, 0.0}}));
+}
+
+TEST_F(Greetings, OnlyTheMeantCallsAreRejected) {
+    using Rejected = std::vector<std::string>;
+    start_pass(1, 0.0);
+    EXPECT_EQ(rejected_calls_of([] { render_at(kGreetings, 1.0); }), (Rejected{"glDisable", "glEnable"}));
+    start_pass(2, 6.2);
+    EXPECT_EQ(rejected_calls_of([] { render_at(kGreetings, 7.0); }), (Rejected{"glDisable", "glEnable"}));
+    start_pass(3, 10.0);
+    EXPECT_EQ(rejected_calls_of([] { render_at(kGreetings, 12.0); }),
+              (Rejected{"glBlendFunc", "glDisable", "glEnable"}));
+    EXPECT_EQ(recording::modelview_depth(), 1);
+    EXPECT_EQ(recording::projection_depth(), 1);
+}
+
+TEST_F(Greetings, ThePassThreeFrameLeavesTheGeneratorSeededForTheShafts) {
+    start_pass(3, 10.0);
+    frame(12.0);
+    const unsigned next = random_next();
+    random_seed(20000);
+    EXPECT_EQ(next, random_next());
+}
+
+TEST_F(Greetings, TheOtherPassesDrawNoNumbers) {
+    start_pass(2, 6.2);
+    g_random = {11, 22, 33};
+    frame(8.0);
+    EXPECT_EQ(g_random.s1, 11u);
+    EXPECT_EQ(g_random.s3, 33u);
+}
+
+TEST_F(Greetings, TheWallsLightingIsStillOffInTheCacheWhenTheNextFrameBegins) {
+    start_pass(3, 10.0);
+    set_render_state(7);
+    frame(12.0);
+    EXPECT_EQ(g_render_state, 5);
+}

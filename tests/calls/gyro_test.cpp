@@ -1,0 +1,397 @@
+#include <GL/glu.h>
+
+#include <cmath>
+
+#include "driver/gl_helpers.h"
+#include "driver/loading.h"
+#include "driver/show.h"
+#include "expected_layers.h"
+#include "image/filters.h"
+#include "image/generators.h"
+#include "image/image.h"
+#include "image/progress.h"
+#include "image/random.h"
+#include "image/upload.h"
+#include "scene_run.h"
+
+namespace {
+
+void make_glow_texture() {
+    Image* a = image_create(256, 256, 1);
+    image_fill(a, 0xff000000);
+    Image* b = image_create(256, 256, 1);
+    image_fill(b, 0xff000000);
+    image_radial(b, 0.0, 1.0);
+    image_levels(b, 7, 0, 65535, 65535, 0);
+    image_set_alpha(a, b);
+    Image* m = image_create(256, 256, 6);
+    image_fill(m, 0xffba0000);
+    image_blend(m, b, 2, 200);
+    image_set_alpha(m, b);
+    image_upload(m, 1);
+    image_free(a);
+    image_free(b);
+    image_free(m);
+}
+
+float rounded(double angle) { return static_cast<float>(angle); }
+
+void place_camera(int pass, float t) {
+    switch (pass) {
+    case 1:
+        expected::look_at();
+        glRotatef(70, -1, 0, 0);
+        glTranslated(0, 100, -70);
+        glRotatef(-30 * t, 0, 0, 1);
+        break;
+    case 2:
+        expected::look_at();
+        glRotatef(70, -1, 0, 0);
+        glTranslated(0, 70, -10);
+        glRotatef(-25 * t, 0, 0, 1);
+        glRotatef(25 * t, 1, 1, 0);
+        break;
+    case 3:
+        glRotatef(-100 * t, 1, 1, 1);
+        glTranslated(0, 0, -0.0);
+        expected::look_at();
+        break;
+    default:
+        break;
+    }
+}
+
+void draw_slabs() {
+    const double k = 0.15915494327375637;
+    glTranslated(-120, -120, -40);
+    for (int i = 0; i <= 19; ++i) {
+        for (int j = 0; j <= 19; ++j) {
+            const double cx = std::pow(std::cos(j * k) * 1.1, 12);
+            const double cy = std::pow(std::cos(i * k) * 1.1, 12);
+            const double sx = std::pow(std::sin(j * k) * 0.9, 2);
+            const double sy = std::pow(std::sin(i * k) * 0.9, 2);
+            glPushMatrix();
+            glScaled(12, 12, 12);
+            draw_box(j, i, 0, j + 1, i + 1, cx + 1 + cy + sx + 1 + sy - 2);
+            draw_box(j, i, -1 - cx - 1 - cy + 20, j + 1, i + 1, 20);
+            glPopMatrix();
+        }
+    }
+}
+
+void draw_flat_ring(float inner, float outer) {
+    for (int i = 0; i <= 358; ++i) {
+        const double here = i * 0.01768388258597293;
+        const double next = (i + 1) * 0.01768388258597293;
+        glPushMatrix();
+        glScaled(5, 5, 5);
+        glNormal3d(0, 0, -1);
+        glBegin(GL_QUADS);
+        expected::corner(0, 0, outer * std::sin(here), outer * std::cos(here), 0);
+        expected::corner(0, 1, inner * std::sin(here), inner * std::cos(next), 0);
+        expected::corner(1, 1, inner * std::sin(next), inner * std::cos(next), 0);
+        expected::corner(1, 0, outer * std::sin(next), outer * std::cos(here), 0);
+        glEnd();
+        glPopMatrix();
+    }
+}
+
+void draw_ring_band(float radius) {
+    const double k = 0.0017683882585972932;
+    for (int i = 0; i <= 35; ++i) {
+        const double here = i * 0.1768388258597293;
+        const double next = (i + 1) * 0.1768388258597293;
+        glPushMatrix();
+        glScaled(5, 5, 5);
+        glNormal3d(0, 0, -1);
+        glBegin(GL_QUADS);
+        expected::corner(0, 0, radius * std::sin(here), radius * std::cos(here), -0.5);
+        expected::corner(0, 1, radius * std::sin(here), radius * std::cos(100 * i * k), 0.5);
+        expected::corner(1, 1, radius * std::sin(next), radius * std::cos((100 * i + 100) * k), 0.5);
+        expected::corner(1, 0, radius * std::sin(next), radius * std::cos(next), -0.5);
+        glEnd();
+        glPopMatrix();
+    }
+}
+
+void draw_gyroscope(double time) {
+    glPushMatrix();
+    glColor3f(0, 1, 0);
+    glTranslated(-120, -120, 120);
+    glRotatef(rounded(time * 50), 1, 0.5f, 0.1f);
+    draw_flat_ring(8, 10);
+    draw_ring_band(10);
+    draw_ring_band(8);
+    glPopMatrix();
+
+    glPushMatrix();
+    glColor3f(1, 0, 0);
+    glTranslated(-120, -120, 120);
+    glRotatef(rounded(time * 100), 0.5f, 0.1f, 0.3f);
+    draw_flat_ring(5, 8);
+    draw_ring_band(7.9f);
+    draw_ring_band(5);
+    glPopMatrix();
+
+    glPushMatrix();
+    glColor3f(0, 0, 1);
+    glTranslated(-120, -120, 120);
+    glRotatef(rounded(time * 200), 0.3f, 0.5f, 0.9f);
+    draw_flat_ring(3, 5);
+    draw_ring_band(4.9f);
+    draw_ring_band(3);
+    glPopMatrix();
+}
+
+void draw_column(unsigned beam, int x, int y) {
+    glPushMatrix();
+    glTranslated(x, y, 0);
+    glRotatef(90, 0, 0, -1);
+    expected::beam_material(beam);
+    expected::red_beam(0);
+    glPopMatrix();
+}
+
+void draw_helix(int x, int z, int direction, double time) {
+    glPushMatrix();
+    glTranslated(x, -0.0, z);
+    glRotatef(rounded(direction * time * 300), 0, 1, 0);
+    expected::helix_strand(0.0f, 0);
+    expected::helix_strand(18.0f, 0);
+    glPopMatrix();
+}
+
+void draw_letterbox() {
+    glDepthMask(1);
+    glEnable(GL_LIGHTING);
+    end_2d();
+    glPushMatrix();
+    glDisable(GL_BLEND);
+    glDisable(GL_LIGHTING);
+    glDisable(0x1702);
+    glColor4f(0, 0, 0, 0);
+    glViewport(0, 0, 1024, 768);
+    begin_2d();
+    glDepthMask(0);
+    draw_rect(0, 0, 1024, 76.8);
+    draw_rect(0, 691.2, 1024, 768);
+    glColor4f(1, 1, 1, 0);
+    glEnable(GL_BLEND);
+    glEnable(GL_LIGHTING);
+    glEnable(0x1702);
+    glDepthMask(1);
+    glPopMatrix();
+    glViewport(0, 76, 1024, 614);
+    end_2d();
+}
+
+int caption_row(int pass) {
+    switch (pass) {
+    case 1:
+        return 4;
+    case 2:
+        return 5;
+    case 3:
+        return 6;
+    default:
+        return -1;
+    }
+}
+
+// The frame of a pass at a show time, t seconds after its start.
+void draw_frame(const Names& names, int pass, float t, double time) {
+    glLoadIdentity();
+    set_render_state(7);
+    place_camera(pass, t);
+    glClearColor(0.5f, 0.5f, 0.5f, 0);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glEnable(GL_CULL_FACE);
+    glCullFace(GL_FRONT);
+    glDisable(GL_BLEND);
+    expected::bind(names.wall);
+    draw_slabs();
+    glTranslated(240, 240, -40);
+    glDisable(GL_CULL_FACE);
+    glEnable(GL_BLEND);
+    expected::bind(names.glow);
+    draw_gyroscope(time);
+    glDepthMask(1);
+    draw_column(names.beam, -60, -60);
+    draw_column(names.beam, -180, -60);
+    draw_column(names.beam, -180, -180);
+    draw_column(names.beam, -60, -180);
+    glDepthMask(0);
+    glPushMatrix();
+    glRotatef(90, 1, 0, 0);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glColor4f(1, 1, 1, 1);
+    expected::bind(names.ribbon);
+    draw_helix(-180, 60, 1, time);
+    draw_helix(-180, 180, -1, time);
+    draw_helix(-60, 180, 1, time);
+    draw_helix(-60, 60, -1, time);
+    glDepthMask(1);
+    glPopMatrix();
+    expected::caption(names.words, caption_row(pass));
+    draw_letterbox();
+}
+
+class Gyro : public testing::Test {
+protected:
+    void SetUp() override { names_ = prepare({kGreetings, kGyro}); }
+
+    void start_pass(int pass, double start) {
+        for (; pass_ < pass; ++pass_) start_at(kGyro, start);
+        start_ = start;
+    }
+
+    testing::AssertionResult frame_is_right(double time) {
+        g_demo_time = time;
+        const float t = static_cast<float>(time - static_cast<float>(start_));
+        return same_calls(g_scenes[kGyro].render, [&] { draw_frame(names_, pass_, t, time); });
+    }
+
+    recording::Log frame(double time) {
+        return recording::calls_of([time] { render_at(kGyro, time); });
+    }
+
+    Names names_;
+    int pass_ = 0;
+    double start_ = 0.0;
+};
+
+} // namespace
+
+TEST(GyroTexture, IsARedDiscMadeInSteps) {
+    EXPECT_TRUE(same_calls(g_scenes[kGyro].prepare, make_glow_texture));
+    ASSERT_EQ(recording::uploads().size(), 1u);
+    const recording::Upload& upload = recording::uploads()[0];
+    EXPECT_EQ(upload.width, 256);
+    EXPECT_EQ(upload.height, 256);
+    EXPECT_EQ(upload.format, static_cast<unsigned>(GL_RGBA));
+    // In the centre the inverted cone is 0: full red, transparent.
+    const size_t centre = 4 * (128 * 256 + 128);
+    EXPECT_EQ(upload.pixels[centre], 0xba);
+    EXPECT_EQ(upload.pixels[centre + 1], 0);
+    EXPECT_EQ(upload.pixels[centre + 3], 0);
+    EXPECT_EQ(upload.pixels[3], 255); // the corner is opaque
+}
+
+TEST(GyroTexture, IsMadeInTheSameWayWhileEveryOperationRedrawsTheLoadingScreen) {
+    g_progress_hook = loading_step;
+    EXPECT_TRUE(same_calls(g_scenes[kGyro].prepare, make_glow_texture));
+}
+
+TEST(GyroTexture, ClampsPlainlyAfterTheLoadingScreen) {
+    g_progress_hook = loading_step;
+    const recording::Log calls = recording::calls_of(g_scenes[kGyro].prepare);
+    EXPECT_EQ(recording::only(calls, "glTexParameteri").back(),
+              (recording::Call{"glTexParameteri", {GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP}}));
+}
+
+TEST(GyroTexture, DrawsNoNumbers) {
+    g_random = {11, 22, 33};
+    g_scenes[kGyro].prepare();
+    EXPECT_EQ(g_random.s1, 11u);
+}
+
+TEST_F(Gyro, StartSetsLightsProjectionAndFog) {
+    EXPECT_TRUE(same_calls([] { start_at(kGyro, 34.0); },
+                           [] {
+                               expected::light_and_projection();
+                               expected::fog(100.0f, 600.0f);
+                           }));
+}
+
+TEST_F(Gyro, EveryStartIsTheSame) {
+    const recording::Log first = recording::calls_of([] { start_at(kGyro, 34.0); });
+    for (double time : {40.0, 45.5, 60.0}) {
+        EXPECT_TRUE(same_log(recording::calls_of([time] { start_at(kGyro, time); }), first));
+    }
+}
+
+TEST_F(Gyro, StopAndReleaseDoNothing) {
+    EXPECT_TRUE(recording::calls_of([] {
+                    g_scenes[kGyro].stop();
+                    g_scenes[kGyro].release();
+                }).empty());
+}
+
+TEST_F(Gyro, ThePassOneFrameTurnsAboutTheRoomsAxis) {
+    start_pass(1, 34.0);
+    for (double time : {34.0, 34.016, 36.7, 39.99}) EXPECT_TRUE(frame_is_right(time)) << time;
+}
+
+TEST_F(Gyro, ThePassTwoFrameTiltsTheRoomToo) {
+    start_pass(2, 40.0);
+    for (double time : {40.0, 42.1, 45.49}) EXPECT_TRUE(frame_is_right(time)) << time;
+}
+
+TEST_F(Gyro, ThePassThreeFrameTumblesBeforeItLooks) {
+    start_pass(3, 45.5);
+    for (double time : {45.5, 47.3, 54.99}) EXPECT_TRUE(frame_is_right(time)) << time;
+    const recording::Log calls = frame(47.3);
+    size_t turn = 0;
+    while (calls.at(turn).name != "glRotatef") ++turn;
+    EXPECT_EQ(calls.at(turn + 1).name, "glTranslated");
+    EXPECT_EQ(calls.at(turn + 2).name, "gluLookAt");
+}
+
+TEST_F(Gyro, AFourthStartLeavesTheViewAndTheCaptionOut) {
+    start_pass(4, 60.0);
+    EXPECT_TRUE(frame_is_right(61.0));
+    const recording::Log calls = frame(61.0);
+    EXPECT_EQ(recording::count(calls, "gluLookAt"), 0);
+    for (const recording::Call& vertex : recording::only(calls, "glVertex3d")) {
+        ASSERT_NE(vertex, (recording::Call{"glVertex3d", {512.0, 668.16, 1.0}}));
+    }
+}
+
+TEST_F(Gyro, BeforeItsFirstStartItLeavesThemOutToo) { EXPECT_TRUE(frame_is_right(1.0)); }
+
+TEST_F(Gyro, TheTimeOfAPassIsSinglePrecision) {
+    start_pass(1, 34.1);
+    EXPECT_TRUE(frame_is_right(34.1));
+    EXPECT_TRUE(frame_is_right(35.3));
+    const recording::Log turns = recording::only(frame(35.3), "glRotatef");
+    const float t = static_cast<float>(35.3 - static_cast<double>(34.1f));
+    EXPECT_EQ(std::get<double>(turns.at(1).arguments[0]), static_cast<float>(-30.0 * t));
+}
+
+TEST_F(Gyro, ItDrawsFromScrollHeightZeroWhateverTheGreetingsLeft) {
+    for (int i = 0; i < 3; ++i) start_at(kGreetings, 10.0);
+    render_at(kGreetings, 34.0); // scroll height 4900
+    start_pass(1, 34.0);
+    EXPECT_TRUE(frame_is_right(34.0));
+    // four columns of 17 cylinders drawn twice: the last that is not beyond 600 stands at 600
+    EXPECT_EQ(recording::count(frame(34.0), "gluCylinder"), 4 * 17 * 2);
+}
+
+TEST_F(Gyro, HasTwoSlabsOf400Blocks) {
+    start_pass(1, 34.0);
+    const recording::Log scales = recording::only(frame(34.0), "glScaled");
+    int blocks = 0;
+    for (const recording::Call& scale : scales) {
+        blocks += scale == recording::Call{"glScaled", {12.0, 12.0, 12.0}};
+    }
+    EXPECT_EQ(blocks, 400);
+    EXPECT_EQ(scales.size(), 400u + 3 * 359 + 6 * 36);
+}
+
+TEST_F(Gyro, OnlyTheMeantCallsAreRejected) {
+    start_pass(1, 34.0);
+    EXPECT_EQ(rejected_calls_of([] { render_at(kGyro, 35.0); }),
+              (std::vector<std::string>{"glPopMatrix", "glPopMatrix", "glDisable", "glEnable"}));
+    EXPECT_EQ(recording::modelview_depth(), 1);
+    EXPECT_EQ(recording::projection_depth(), 1);
+}
+
+TEST_F(Gyro, DrawsNoNumbersAndStaysOnTheCachesSideOfLighting) {
+    start_pass(1, 34.0);
+    set_render_state(5); // as the greetings leave it
+    g_random = {11, 22, 33};
+    EXPECT_TRUE(frame_is_right(35.0));
+    EXPECT_EQ(g_random.s1, 11u);
+    EXPECT_EQ(g_render_state, 7);
+}

@@ -1,0 +1,174 @@
+#include "scene_run.h"
+
+#include <GL/glu.h>
+#include <stdlib.h>
+
+#include <sstream>
+#include <system_error>
+
+#include "driver/gl_helpers.h"
+#include "driver/show.h"
+#include "image/random.h"
+
+namespace {
+
+// The part of the show's state that outlives a frame and that every scene shares.
+struct SharedState {
+    recording::GlModel gl = recording::save_gl();
+    int render_state = g_render_state;
+    RandomState random = g_random;
+
+    void restore() const {
+        recording::restore_gl(gl);
+        g_render_state = render_state;
+        g_random = random;
+    }
+};
+
+bool operator==(const RandomState& a, const RandomState& b) {
+    return a.s1 == b.s1 && a.s2 == b.s2 && a.s3 == b.s3;
+}
+
+void print(std::ostream& out, const recording::Log& calls, size_t index) {
+    if (index < calls.size()) {
+        out << calls[index];
+    } else {
+        out << "(end)";
+    }
+}
+
+testing::AssertionResult same_uploads(const std::vector<recording::Upload>& actual,
+                                      const std::vector<recording::Upload>& expected) {
+    for (size_t i = 0; i < actual.size() && i < expected.size(); ++i) {
+        if (actual[i].texture != expected[i].texture || actual[i].pixels != expected[i].pixels) {
+            return testing::AssertionFailure() << "upload " << i << " differs";
+        }
+    }
+    if (actual.size() == expected.size()) return testing::AssertionSuccess();
+    return testing::AssertionFailure()
+           << actual.size() << " uploads where " << expected.size() << " were expected";
+}
+
+} // namespace
+
+Names prepare(const std::vector<SceneIndex>& scenes) {
+    Names names;
+    if (!g_quadric) g_quadric = gluNewQuadric();
+    g_demo_time = 0.0;
+    for (SceneIndex scene : scenes) {
+        const recording::GlModel before = recording::save_gl();
+        g_scenes[scene].prepare();
+        const unsigned texture = before.next_texture;
+        const unsigned list = before.next_list;
+        switch (scene) {
+        case kTitle:
+            names.title = texture;
+            break;
+        case kGreetings:
+            names.wall = texture;
+            names.ribbon = texture + 1;
+            names.beam = texture + 2;
+            names.shaft = texture + 3;
+            names.words = texture + 4;
+            names.box = list;
+            break;
+        case kGyro:
+            names.glow = texture;
+            break;
+        case kTextScreen:
+            names.panel = texture;
+            break;
+        case kScroller:
+            names.feedback = texture;
+            names.bar = texture + 1;
+            names.poem = texture + 2;
+            names.film = texture + 3;
+            names.plasma = texture + 4;
+            names.sign = texture + 5;
+            names.sprite = texture + 6;
+            names.sheet = list;
+            break;
+        case kCredits:
+            names.credits = texture;
+            break;
+        default:
+            break;
+        }
+    }
+    return names;
+}
+
+void start_at(SceneIndex scene, double time) {
+    g_demo_time = time;
+    g_scenes[scene].start();
+}
+
+void render_at(SceneIndex scene, double time) {
+    g_demo_time = time;
+    g_scenes[scene].render();
+}
+
+testing::AssertionResult same_log(const recording::Log& actual, const recording::Log& expected) {
+    size_t at = 0;
+    while (at < actual.size() && at < expected.size() && actual[at] == expected[at]) ++at;
+    if (at == actual.size() && at == expected.size()) return testing::AssertionSuccess();
+    std::ostringstream text;
+    text << "calls differ from number " << at << " on (" << actual.size() << " calls, " << expected.size()
+         << " expected)\n";
+    for (size_t i = at < 4 ? 0 : at - 4; i < at; ++i) {
+        text << "      both: ";
+        print(text, expected, i);
+        text << '\n';
+    }
+    for (size_t i = at; i < at + 3; ++i) {
+        text << "    actual: ";
+        print(text, actual, i);
+        text << "\n  expected: ";
+        print(text, expected, i);
+        text << '\n';
+    }
+    return testing::AssertionFailure() << text.str();
+}
+
+testing::AssertionResult same_calls(const std::function<void()>& actual,
+                                    const std::function<void()>& expected) {
+    const SharedState before;
+    const recording::Log expected_calls = recording::calls_of(expected);
+    const SharedState expected_after;
+    before.restore();
+    const recording::Log actual_calls = recording::calls_of(actual);
+    const SharedState after;
+
+    if (auto same = same_log(actual_calls, expected_calls); !same) return same;
+    if (auto same = same_uploads(after.gl.uploads, expected_after.gl.uploads); !same) return same;
+    if (after.render_state != expected_after.render_state) {
+        return testing::AssertionFailure() << "the render-state cache is left at " << after.render_state
+                                           << " instead of " << expected_after.render_state;
+    }
+    if (!(after.random == expected_after.random)) {
+        return testing::AssertionFailure() << "the random generator is left in another state";
+    }
+    return testing::AssertionSuccess();
+}
+
+std::vector<std::string> rejected_calls_of(const std::function<void()>& body) {
+    const size_t before = recording::errors().size();
+    recording::calls_of(body);
+    std::vector<std::string> names;
+    for (size_t i = before; i < recording::errors().size(); ++i) names.push_back(recording::errors()[i].name);
+    return names;
+}
+
+TemporaryDirectory::TemporaryDirectory(const std::vector<std::string>& files)
+    : before_(std::filesystem::current_path()) {
+    std::string pattern = std::filesystem::temp_directory_path() / "skav-test-XXXXXX";
+    if (!mkdtemp(pattern.data())) throw std::system_error(errno, std::generic_category(), pattern);
+    here_ = pattern;
+    for (const std::string& file : files) std::filesystem::copy(file, here_ / file);
+    std::filesystem::current_path(here_);
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+    std::filesystem::current_path(before_);
+    std::filesystem::remove_all(here_);
+}
