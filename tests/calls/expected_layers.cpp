@@ -148,7 +148,7 @@ Point sideways(const Point& p, const Point& next) {
 
 void ribbon_corner(int s, int t, const Point& p) {
     glTexCoord2d(s, t);
-    glVertex3d(p.v[0], p.v[1], p.v[2]);
+    glVertex3f(p.v[0], p.v[1], p.v[2]);
 }
 
 Point plus(const Point& a, const Point& b) { return {{a.v[0] + b.v[0], a.v[1] + b.v[1], a.v[2] + b.v[2]}}; }

@@ -351,13 +351,7 @@ TEST(GreetingsTextures, HaveTheirSizesAndFormats) {
 TEST(GreetingsTextures, TilesRepeatAndTheOthersClampPlainlyAfterTheLoadingScreen) {
     g_progress_hook = loading_step;
     const recording::Log calls = recording::calls_of(g_scenes[kGreetings].prepare);
-    std::vector<unsigned> wraps;
-    for (const recording::Call& call : recording::only(calls, "glTexParameteri")) {
-        if (std::get<double>(call.arguments[1]) == GL_TEXTURE_WRAP_T) {
-            wraps.push_back(static_cast<unsigned>(std::get<double>(call.arguments[2])));
-        }
-    }
-    EXPECT_EQ(wraps, (std::vector<unsigned>{GL_REPEAT, GL_CLAMP, GL_REPEAT, GL_CLAMP, GL_CLAMP}));
+    EXPECT_EQ(wrap_modes(calls), (std::vector<unsigned>{GL_REPEAT, GL_CLAMP, GL_REPEAT, GL_CLAMP, GL_CLAMP}));
 }
 
 TEST(GreetingsTextures, DrawFromTheCommonGeneratorForThePlasmasOnly) {
@@ -498,7 +492,7 @@ TEST_F(Greetings, WithoutScrollThereIsNoWallAndTheRibbonStartsAtZero) {
     start_pass(2, 6.2);
     const recording::Log calls = frame(8.0);
     EXPECT_EQ(recording::count(calls, "glCallList"), 0);
-    const recording::Log points = recording::only(calls, "glVertex3d");
+    const recording::Log points = recording::only(calls, "glVertex3f");
     EXPECT_EQ(points.at(0).arguments[1], recording::Argument(0.0));
     EXPECT_EQ(recording::count(calls, "gluCylinder"), 2 * 17);
 }

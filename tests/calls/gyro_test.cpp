@@ -286,8 +286,7 @@ TEST(GyroTexture, IsMadeInTheSameWayWhileEveryOperationRedrawsTheLoadingScreen) 
 TEST(GyroTexture, ClampsPlainlyAfterTheLoadingScreen) {
     g_progress_hook = loading_step;
     const recording::Log calls = recording::calls_of(g_scenes[kGyro].prepare);
-    EXPECT_EQ(recording::only(calls, "glTexParameteri").back(),
-              (recording::Call{"glTexParameteri", {GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP}}));
+    EXPECT_EQ(wrap_modes(calls), std::vector<unsigned>{GL_CLAMP});
 }
 
 TEST(GyroTexture, DrawsNoNumbers) {
@@ -344,7 +343,7 @@ TEST_F(Gyro, AFourthStartLeavesTheViewAndTheCaptionOut) {
     const recording::Log calls = frame(61.0);
     EXPECT_EQ(recording::count(calls, "gluLookAt"), 0);
     for (const recording::Call& vertex : recording::only(calls, "glVertex3d")) {
-        ASSERT_NE(vertex, (recording::Call{"glVertex3d", {512.0, 668.16, 1.0}}));
+        ASSERT_FALSE((vertex == recording::Call{"glVertex3d", {512.0, 668.16, 1.0}}));
     }
 }
 

@@ -151,6 +151,15 @@ testing::AssertionResult same_calls(const std::function<void()>& actual,
     return testing::AssertionSuccess();
 }
 
+std::vector<unsigned> wrap_modes(const recording::Log& calls) {
+    std::vector<unsigned> modes;
+    for (const recording::Call& call : recording::only(calls, "glTexParameteri")) {
+        if (std::get<double>(call.arguments[1]) != GL_TEXTURE_WRAP_T) continue;
+        modes.push_back(static_cast<unsigned>(std::get<double>(call.arguments[2])));
+    }
+    return modes;
+}
+
 std::vector<std::string> rejected_calls_of(const std::function<void()>& body) {
     const size_t before = recording::errors().size();
     recording::calls_of(body);

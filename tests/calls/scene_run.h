@@ -40,6 +40,10 @@ testing::AssertionResult same_log(const recording::Log& actual, const recording:
 testing::AssertionResult same_calls(const std::function<void()>& actual,
                                     const std::function<void()>& expected);
 
+// The modes in which the textures made in `calls` leave their second axis, in order: GL_REPEAT,
+// GL_CLAMP_TO_EDGE or GL_CLAMP.
+std::vector<unsigned> wrap_modes(const recording::Log& calls);
+
 // The calls of `body` that GL rejects, by name, in order.
 std::vector<std::string> rejected_calls_of(const std::function<void()>& body);
 

@@ -105,8 +105,7 @@ TEST(TextScreenPanel, IsGreyWithAlphaAndClampsPlainlyAfterTheLoadingScreen) {
     EXPECT_EQ(recording::uploads()[0].width, 512);
     EXPECT_EQ(recording::uploads()[0].height, 512);
     EXPECT_EQ(recording::uploads()[0].format, static_cast<unsigned>(GL_LUMINANCE_ALPHA));
-    EXPECT_EQ(recording::only(calls, "glTexParameteri").back(),
-              (recording::Call{"glTexParameteri", {GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP}}));
+    EXPECT_EQ(wrap_modes(calls), std::vector<unsigned>{GL_CLAMP});
 }
 
 TEST(TextScreenPanel, WithoutTheFontIsTransparent) {
@@ -147,13 +146,6 @@ TEST(TextScreen, OnlyTheMeantCallsAreRejected) {
               (std::vector<std::string>{"glDisable", "glEnable"}));
     EXPECT_EQ(recording::modelview_depth(), 1);
     EXPECT_EQ(recording::projection_depth(), 1);
-}
-
-TEST(TextScreen, LeavesBlendingAndLightingOnPastTheCache) {
-    prepare({kTextScreen});
-    render_at(kTextScreen, 70.0);
-    EXPECT_EQ(g_render_state, 7);
-    EXPECT_EQ(recording::count(recording::calls_of([] { render_at(kTextScreen, 70.0); }), "glDisable"), 4);
 }
 
 TEST(TextScreen, DrawsNoNumbers) {
