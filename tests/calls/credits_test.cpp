@@ -216,6 +216,15 @@ TEST(CreditsPage, HasASignOffLineAtItsLowerRight) {
     EXPECT_EQ(ink(page, 0, 598, 800, 600), 0);
 }
 
+TEST(CreditsPage, TheHeadingStandsAboveTheCoverAndEverythingElseUnderIt) {
+    g_scenes[kCredits].prepare();
+    const recording::Upload& page = recording::uploads().at(0);
+    // the cover begins at half height
+    EXPECT_GT(ink(page, 0, 100, 800, 220), 1000);
+    EXPECT_EQ(ink(page, 0, 220, 800, 310), 0);
+    EXPECT_GT(ink(page, 0, 310, 800, 600), 1000);
+}
+
 TEST(CreditsPage, WithoutAnyFontIsPlainWhite) {
     TemporaryDirectory empty({});
     g_scenes[kCredits].prepare();
