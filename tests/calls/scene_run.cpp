@@ -9,6 +9,7 @@
 #include "driver/gl_helpers.h"
 #include "driver/show.h"
 #include "image/random.h"
+#include "text/text.h"
 
 namespace {
 
@@ -96,6 +97,12 @@ Names prepare(const std::vector<SceneIndex>& scenes) {
         }
     }
     return names;
+}
+
+bool has_font(const char* path) {
+    Font* font = font_load(path);
+    font_free(font);
+    return font != nullptr;
 }
 
 void start_at(SceneIndex scene, double time) {

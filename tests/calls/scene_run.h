@@ -28,6 +28,9 @@ struct Names {
 // quadric.
 Names prepare(const std::vector<SceneIndex>& scenes);
 
+// Whether the working directory has a font file that can be opened.
+bool has_font(const char* path);
+
 // Starts and renders a scene of the table at a show time.
 void start_at(SceneIndex scene, double time);
 void render_at(SceneIndex scene, double time);

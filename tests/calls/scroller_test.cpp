@@ -625,7 +625,7 @@ protected:
 } // namespace
 
 TEST(ScrollerPreparation, MakesItsThingsInOrderInBothLanguages) {
-    ASSERT_NE(font_load("./Vera.ttf"), nullptr);
+    ASSERT_TRUE(has_font("./Vera.ttf"));
     for (int english : {0, 1}) {
         g_english = english;
         EXPECT_TRUE(same_calls(g_scenes[kScroller].prepare, [english] { make_everything(english); }))

@@ -71,7 +71,7 @@ double alpha_at(double time) {
 } // namespace
 
 TEST(Title, PreparesItsLetteringAndStepsTheLoadingScreenOnce) {
-    ASSERT_NE(font_load("./Vera.ttf"), nullptr);
+    ASSERT_TRUE(has_font("./Vera.ttf"));
     EXPECT_TRUE(same_calls(g_scenes[kTitle].prepare, make_title_texture));
     ASSERT_EQ(recording::uploads().size(), 1u);
     const recording::Upload& upload = recording::uploads()[0];
