@@ -31,13 +31,11 @@ background { rgb 1 }
 plane {
   y, 0
   pigment {
-    gradient z
+    function { min(1, max(0, (z - 6) / 30)) }
     color_map {
       [0.0 rgbt <1, 0.985, 0.965, 0>]
       [1.0 rgbt <1, 1, 1, 1>]
     }
-    scale 30
-    translate z * 6
   }
   finish { ambient 0 diffuse 0.85 emission 0.12 }
 }
