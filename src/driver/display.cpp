@@ -26,6 +26,8 @@ void reshape(int width, int height) {
 
 void idle_redisplay() { glutPostRedisplay(); }
 
+void idle_redisplay_spare() { glutPostRedisplay(); }
+
 void warmup_display() {
     ++g_warmup_frames;
     if (g_warmup_frames > 100) glutDisplayFunc(load_show);

@@ -21,6 +21,9 @@ void reshape(int width, int height);
 // Idle callback: asks for the next frame.
 void idle_redisplay();
 
+// The same once more, never installed.
+void idle_redisplay_spare();
+
 // Display callback of the warm-up: lets the display mode settle for 100 calls, drawing nothing; the 101st
 // installs load_show.
 void warmup_display();

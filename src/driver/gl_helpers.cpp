@@ -69,7 +69,7 @@ void set_render_state(int flags) {
 
     // The stencil step above has already recorded the bit that this one shares with it, so colour writes are
     // never turned off. What is left is the clean-up: a stencil field of 0 drops the recorded bit, so that
-    // the next request for kStencilShow issues its calls again. Meant; scenes count on it.
+    // the next request for kStencilShow issues its calls again. Meant.
     const int mask_changed = (flags ^ g_render_state) & kColorMask;
     if (mask_changed) {
         const GLboolean write = (flags & kColorMask) ? GL_FALSE : GL_TRUE;

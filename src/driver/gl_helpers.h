@@ -80,8 +80,8 @@ void draw_box_array(const double box[6]);
 // out = a x b, computed in double and rounded once; returns out, which may be a or b.
 float* vec3_cross(float out[3], const float a[3], const float b[3]);
 
-// out = v * |v|; returns out. Multiplies by the length on purpose: GL normalises the normals made with it,
-// and the width of the ribbons made with it counts on it.
+// out = v * |v|, the length rounded to float; returns out, which may be v. Multiplies by the length on
+// purpose: the width of the ribbons comes from it.
 float* vec3_scale_by_length(float out[3], const float v[3]);
 
 // Clears to white, draws the loading picture (410 by 256 units, centred, its top a third of the way down) and

@@ -20,8 +20,7 @@
 
 struct Image;
 
-// ---- Whole pictures
-// ------------------------------------------------------------------------------------------
+// --- Whole pictures ---
 
 // Width and height in pixels, 0..1020, multiples of 4. Reads two bytes.
 int packed_width(const unsigned char* data);
@@ -55,8 +54,7 @@ Image* load_packed_picture(const unsigned char* data);
 // The same on `size` bytes; null also when they do not hold a whole picture.
 Image* load_packed_picture_n(const unsigned char* data, std::size_t size);
 
-// ---- The bit stream
-// ------------------------------------------------------------------------------------------
+// --- The bit stream ---
 
 // Puts the one bit reader at the first bit of `size` bytes, which must stay for as long as bits are read.
 void begin_bits(const unsigned char* data, std::size_t size);
@@ -74,9 +72,9 @@ int bits_exhausted();
 // The smallest k in 0..30 with x < 2^k, or 0 if there is none: 0 for x <= 0.
 int bit_length(int x);
 
-// ---- One block, as the decoder sees it
-// ----------------------------------------------------------------------- A packer predicts from decoded
-// samples, so it calls these too.
+// --- One block, as the decoder sees it ---
+//
+// A packer predicts from decoded samples, so it calls these too.
 
 // Predictor of every column above the first luma row and above the first chroma row.
 constexpr unsigned char kFirstPredictor = 128;

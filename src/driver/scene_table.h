@@ -1,10 +1,11 @@
 // What a scene is, the table of all nine, and the list of those that take part in rendering.
 #pragma once
 
+// Only render and release may be null.
 struct Scene {
     void (*prepare)(); // once, during loading: textures, texts, geometry
     void (*start)();   // when the timeline activates the scene
-    void (*render)();  // once per frame while active; may be null
+    void (*render)();  // once per frame while active
     void (*stop)();    // when the timeline deactivates the scene, also as the first half of a restart
     void (*release)(); // tear-down; only shutdown_scenes calls it
 

@@ -1,9 +1,9 @@
 // The FMOD Ex calls that the show makes, declared under the library's public names, so that the library
 // itself or any host's own implementation can stand behind them. A host defines exactly these functions.
 //
-// Every call returns FMOD_OK or the error that explains why nothing was done. A handle that a failed call was
-// to fill is set to null; a call on a null or stale handle returns FMOD_ERR_INVALID_HANDLE and touches
-// nothing.
+// What the hosts keep to: every call returns FMOD_OK or the error that explains why nothing was done. A
+// handle that a failed call was to fill is set to null; no other result is touched. A null or stale handle
+// gives FMOD_ERR_INVALID_HANDLE.
 #pragma once
 
 extern "C" {

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "driver/gl_helpers.h"
+#include "driver/scene_table.h"
 #include "driver/show.h"
 #include "recording.h"
 #include "scenes/scenes.h"
@@ -27,6 +28,19 @@ double alpha_at(double time) {
 
 TEST(Clear, ClearsTheColourBufferAndNothingElse) {
     EXPECT_EQ(calls_of(clear_render), calls_of([] { glClear(GL_COLOR_BUFFER_BIT); }));
+}
+
+TEST(ClearAndFlash, HaveNothingElseToDo) {
+    for (SceneIndex index : {kClear, kFlash}) {
+        const Scene& scene = g_scenes[index];
+        EXPECT_TRUE(calls_of([&scene] {
+                        g_demo_time = 10.0;
+                        scene.prepare();
+                        scene.start();
+                        scene.stop();
+                        scene.release();
+                    }).empty());
+    }
 }
 
 TEST(Flash, DrawsAWhiteOverlayWithTheUnclampedSumAsAlpha) {

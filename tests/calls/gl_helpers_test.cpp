@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "recording.h"
 
 using recording::calls_of;
@@ -212,6 +214,16 @@ TEST(Grid, TwoByThreeIsThreeStripsOfSixVertices) {
               }));
 }
 
+TEST(Grid, AddsUpItsColumns) {
+    double x = 0.0; // ten tenths added up are not 1
+    for (int i = 0; i < 10; ++i) x += 0.1;
+    ASSERT_NE(x, 1.0);
+    const recording::Log vertices =
+        recording::only(calls_of([] { draw_grid_2d(0, 0, 1, 1, 1, 10, 1); }), "glVertex2d");
+    ASSERT_EQ(vertices.size(), 22u);
+    EXPECT_EQ(vertices.back(), (recording::Call{"glVertex2d", {x, 0.0}}));
+}
+
 TEST(Grid, WithoutRowsDrawsNothing) {
     EXPECT_EQ(calls_of([] { draw_grid_2d(0, 0, 8, 6, 0.5, 2, 0); }), calls_of([] { glNormal3d(0, 0, 1); }));
 }
@@ -282,4 +294,39 @@ TEST(Vectors, ScalingByTheLengthMultiplies) {
     EXPECT_EQ(out[0], 15);
     EXPECT_EQ(out[1], 0);
     EXPECT_EQ(out[2], 20);
+}
+
+TEST(Vectors, TheCrossProductRoundsOnce) {
+    const float a[3] = {0, 4097, 4096};
+    const float b[3] = {0, 4096, 4095};
+    float out[3];
+    vec3_cross(out, a, b);
+    EXPECT_EQ(out[0], -1.0f); // 4097 * 4095 - 4096 * 4096: the products need more than a float
+}
+
+TEST(Vectors, TheLengthIsRoundedToFloatBeforeItMultiplies) {
+    int told_apart = 0;
+    for (int i = 1; i <= 100; ++i) {
+        const float v[3] = {static_cast<float>(i) / 7, 1.3f, 0};
+        const double x = v[0], y = v[1];
+        const float length = static_cast<float>(std::sqrt(x * x + y * y));
+        float out[3];
+        vec3_scale_by_length(out, v);
+        ASSERT_EQ(out[0], v[0] * length);
+        told_apart += out[0] != static_cast<float>(x * std::sqrt(x * x + y * y));
+    }
+    EXPECT_GT(told_apart, 0);
+}
+
+TEST(Vectors, ResultsMayReplaceTheirOperands) {
+    float a[3] = {1, 2, 3};
+    const float b[3] = {4, 5, 6};
+    vec3_cross(a, a, b);
+    EXPECT_EQ(a[0], -3);
+    EXPECT_EQ(a[1], 6);
+    EXPECT_EQ(a[2], -3);
+    float v[3] = {3, 0, 4};
+    vec3_scale_by_length(v, v);
+    EXPECT_EQ(v[0], 15);
+    EXPECT_EQ(v[2], 20);
 }

@@ -7,6 +7,7 @@
 #include "driver/show.h"
 #include "image/progress.h"
 #include "run.h"
+#include "scenes/scenes.h"
 
 using recording::calls_of;
 
@@ -73,6 +74,55 @@ TEST(Loading, HappensInOrder) {
     EXPECT_EQ(g_in_loading, 0);
     EXPECT_EQ(g_loading_steps, 2);
     EXPECT_NE(g_quadric, nullptr);
+}
+
+TEST(Loading, MakesNoOtherCalls) {
+    note_scenes();
+    g_frame_fn = [] {};
+    const recording::Log calls = calls_of(load_show);
+    EXPECT_EQ(recording::callbacks().display, g_frame_fn); // what the variable holds
+    size_t music = 0;
+    while (music < calls.size() && calls[music].name != "FMOD_System_Create") ++music;
+    std::vector<std::string> names;
+    for (; music < calls.size(); ++music) names.push_back(calls[music].name);
+    EXPECT_EQ(names, (std::vector<std::string>{
+                         "FMOD_System_Create", "FMOD_System_Init", "FMOD_System_CreateSound", "gluNewQuadric",
+                         "prepare 2", "prepare 3", "prepare 4", "prepare 5", "prepare 6", "prepare 7",
+                         "prepare 8", "prepare 1", "FMOD_System_PlaySound", "glutDisplayFunc"}));
+}
+
+TEST(Loading, IsMarkedAndHookedUntilEverySceneIsPrepared) {
+    note_scenes();
+    EXPECT_EQ(g_in_loading, 1);
+    static int in_loading = 0;
+    static void (*hook)() = nullptr;
+    for (Scene& scene : g_scenes) {
+        scene.prepare = [] {
+            in_loading += g_in_loading;
+            hook = g_progress_hook;
+        };
+    }
+    int while_starting_the_music = -1;
+    recording::observer() = [&](const recording::Call& call) {
+        if (call.name == "FMOD_System_PlaySound") while_starting_the_music = g_in_loading;
+    };
+    load_show();
+    EXPECT_EQ(in_loading, 8);
+    EXPECT_EQ(hook, &loading_step);
+    EXPECT_EQ(while_starting_the_music, 0);
+}
+
+TEST(SceneTable, StandsInItsOrderWithNothingActive) {
+    void (*const renders[])() = {clear_render,       flash_render,    title_render,
+                                 greetings_render,   gyro_render,     cross_render,
+                                 text_screen_render, scroller_render, credits_render};
+    for (int i = 0; i < kSceneCount; ++i) {
+        EXPECT_EQ(g_scenes[i].render, renders[i]) << i;
+        EXPECT_EQ(g_scenes[i].active, 0) << i;
+        EXPECT_EQ(g_scenes[i].start_time, 0.0) << i;
+        EXPECT_EQ(g_scenes[i].next, nullptr) << i;
+    }
+    EXPECT_EQ(g_scene_list, nullptr);
 }
 
 TEST(Loading, FlushesBeforeTheExtraSwap) {

@@ -23,6 +23,7 @@ public:
         dup2(ends[0], STDIN_FILENO);
         close(ends[0]);
         std::clearerr(stdin);
+        std::setvbuf(stdin, nullptr, _IONBF, 0); // nothing of one input is left for the next
     }
     ~TypedInput() {
         dup2(saved_, STDIN_FILENO);
@@ -39,14 +40,18 @@ void note(const char* operation, int scene, std::vector<recording::Argument> arg
     recording::log().push_back({operation + std::string(" ") + std::to_string(scene), std::move(arguments)});
 }
 
+std::vector<recording::Argument> state_of(int scene) {
+    return {static_cast<double>(g_scenes[scene].active), g_scenes[scene].start_time};
+}
+
 template <int scene>
 Scene noting_scene() {
     return {[] { note("prepare", scene); },
-            [] { note("start", scene); },
+            [] { note("start", scene, state_of(scene)); },
             [] {
                 note("render", scene, {g_scene_time, g_demo_time});
             },
-            [] { note("stop", scene); },
+            [] { note("stop", scene, state_of(scene)); },
             [] { note("release", scene); },
             0,
             0.0,
@@ -63,6 +68,7 @@ void note_scenes_of(std::integer_sequence<int, scenes...>) {
 ShowRun run_show(const std::string& typed) {
     ShowRun run;
     TypedInput input(typed);
+    recording::log().clear();
     testing::internal::CaptureStdout();
     char name[] = "skav";
     char* argv[] = {name, nullptr};

@@ -1,4 +1,5 @@
-// Running the show, or parts of it, on the recording host.
+// Running the show, or parts of it, on the recording host. The show lives in globals that start over only
+// with the process: every test needs a process of its own, as ctest gives it.
 #pragma once
 
 #include <string>
@@ -23,7 +24,8 @@ ShowRun run_show(const std::string& typed);
 constexpr int kCallsBeforeFrames = 102;
 
 // Puts operations into every entry of the scene table that only note themselves in the log, as "start 3" and
-// the like; what a noted render saw of the clock follows as its arguments (g_scene_time, g_demo_time).
+// the like. As their arguments follow, for a render, what it saw of the clock (g_scene_time, g_demo_time),
+// and for a start and a stop what its entry held (active, start_time).
 void note_scenes();
 
 // The noted operations in `calls`, in order, without their arguments.

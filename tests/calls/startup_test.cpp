@@ -2,6 +2,8 @@
 #include <GL/glut.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 #include "driver/display.h"
 #include "driver/loading.h"
 #include "run.h"
@@ -40,6 +42,15 @@ TEST(Prompt, OnlyTheFirstCharacterCounts) {
     EXPECT_EQ(g_english, 0);
 }
 
+TEST(Prompt, TheRestOfTheLineStaysUnread) {
+    int next = 0;
+    recording::observer() = [&next](const recording::Call& call) {
+        if (call.name == "glutInit") next = std::getchar();
+    };
+    run_show("ex\n");
+    EXPECT_EQ(next, 'x');
+}
+
 TEST(Prompt, ALaterRunForgetsTheLanguageOfTheOneBefore) {
     run_show("e\n");
     run_show("g\n");
@@ -50,7 +61,9 @@ TEST(Main, MakesItsCallsInOrder) {
     const ShowRun run = run_show("e");
     const recording::Log expected = calls_of([] {
         int argc = 1;
-        glutInit(&argc, nullptr);
+        char name[] = "skav";
+        char* argv[] = {name, nullptr};
+        glutInit(&argc, argv);
         glutInitDisplayMode(18);
         glutInitWindowSize(1024, 768);
         glutInitWindowPosition(100, 100);
@@ -75,9 +88,26 @@ TEST(Main, InstallsTheCallbacksOfTheWarmUp) {
 }
 
 TEST(Main, InstallsWhatTheCallbackVariablesHold) {
+    g_display_cb = [] {};
     g_idle_cb = [] {};
+    g_reshape_cb = [](int, int) {};
     run_show("e");
+    EXPECT_EQ(recording::callbacks().display, g_display_cb);
     EXPECT_EQ(recording::callbacks().idle, g_idle_cb);
+    EXPECT_EQ(recording::callbacks().reshape, g_reshape_cb);
+}
+
+TEST(Main, AsksBeforeItTouchesTheDisplayAndNotesGameModeBeforeItAsksForIt) {
+    int english = -1, before = -1, at_the_string = -1;
+    recording::observer() = [&](const recording::Call& call) {
+        if (call.name == "glutInit") english = g_english;
+        if (call.name == "glutInitWindowPosition") before = g_game_mode;
+        if (call.name == "glutGameModeString") at_the_string = g_game_mode;
+    };
+    run_show("e");
+    EXPECT_EQ(english, 1);
+    EXPECT_EQ(before, 0);
+    EXPECT_EQ(at_the_string, 1);
 }
 
 TEST(Reshape, ReplacesTheLetterboxByTheWholeSurface) {
@@ -101,6 +131,8 @@ TEST(Reshape, ComputesTheAspectInSinglePrecision) {
 
 TEST(Idle, OnlyPostsARedisplay) { EXPECT_EQ(calls_of(idle_redisplay), calls_of(glutPostRedisplay)); }
 
+TEST(Idle, SoDoesTheSpareOne) { EXPECT_EQ(calls_of(idle_redisplay_spare), calls_of(glutPostRedisplay)); }
+
 TEST(WarmUp, TheFirstHundredCallsDoNothing) {
     EXPECT_TRUE(calls_of([] {
                     for (int i = 0; i < 100; ++i) warmup_display();
@@ -119,4 +151,7 @@ TEST(WarmUp, TheLoaderRunsAtThe102ndDisplayCall) {
     note_scenes();
     recording::script().display_calls = 101;
     EXPECT_EQ(recording::count(run_show("e").calls, "FMOD_System_Create"), 0);
+    g_warmup_frames = 0;
+    recording::script().display_calls = 102;
+    EXPECT_EQ(recording::count(run_show("e").calls, "FMOD_System_Create"), 1);
 }

@@ -73,6 +73,7 @@ using WholeShow = Timeline;
 } // namespace
 
 TEST_F(Timeline, ZeroFiresTheFirstCueOnly) {
+    EXPECT_EQ(g_cue, -1);
     EXPECT_EQ(timeline_at({0.0}), kCue1);
     EXPECT_EQ(g_cue, 1);
 }
@@ -108,7 +109,6 @@ TEST_F(Timeline, AJumpFiresEveryCueOnTheWayInOrder) {
 
 TEST_F(Timeline, AJumpFromTheStartToTheEndFiresEverythingAndExits) {
     g_demo_time = 162.0;
-    Names names;
     int status = -1;
     const recording::Log calls = calls_of([&status] {
         try {
@@ -139,6 +139,23 @@ TEST_F(Timeline, AStartedSceneCountsFromTheCuesOwnTime) {
     EXPECT_EQ(g_scenes[kTitle].start_time, 0.0);
     timeline_at({10.25});
     EXPECT_EQ(g_scenes[kGreetings].start_time, 10.0);
+}
+
+TEST_F(Timeline, ASceneIsMarkedAfterItsStartAndUnmarkedAfterItsStop) {
+    const recording::Log calls = calls_of([] {
+        for (double time : {0.0, 6.25}) {
+            g_demo_time = time;
+            run_timeline();
+        }
+    });
+    const recording::Log starts = recording::only(calls, "start 3");
+    const recording::Log stops = recording::only(calls, "stop 3");
+    ASSERT_EQ(starts.size(), 2u);
+    ASSERT_EQ(stops.size(), 1u);
+    EXPECT_EQ(starts[0], (recording::Call{"start 3", {0.0, 0.0}}));
+    EXPECT_EQ(stops[0], (recording::Call{"stop 3", {1.0, 0.0}}));
+    EXPECT_EQ(starts[1], (recording::Call{"start 3", {0.0, 0.0}})); // still the time of the start before
+    EXPECT_EQ(g_scenes[kGreetings].start_time, 6.2);
 }
 
 TEST_F(Timeline, StopAndStartKeepTheActiveFlag) {
@@ -230,9 +247,36 @@ TEST_F(Frame, AfterTheEndDoesNothing) {
     EXPECT_TRUE(calls_of(show_frame).empty());
 }
 
-TEST_F(Frame, ReadsTheClockOnceAndBeforeTheTimeline) {
-    const ShowRun run = run_frames({0, 100, 200});
-    EXPECT_EQ(recording::count(run.calls, "FMOD_Channel_GetPosition"), 3);
+TEST_F(Frame, IsTheClockTheScenesAFlushAndASwapAndNothingElse) {
+    link_and_prepare_scenes();
+    show_frame(); // the cue that sets up GL
+    Names names;
+    for (const recording::Call& call : calls_of(show_frame)) names.push_back(call.name);
+    EXPECT_EQ(names, (Names{"FMOD_Channel_GetPosition", "render 2", "render 3", "render 1", "glFlush",
+                            "glutSwapBuffers"}));
+}
+
+TEST_F(Frame, ReadsTheClockBeforeItsCuesFire) {
+    const recording::Log calls = run_frames({0, 6200}).calls;
+    size_t read = 0, start = 0;
+    for (size_t i = 0; i < calls.size(); ++i) {
+        if (calls[i].name == "FMOD_Channel_GetPosition") read = i;
+        if (calls[i].name == "start 3") start = i;
+    }
+    EXPECT_LT(read, start);
+}
+
+TEST_F(WholeShow, OpensTheVocalFileAtItsCueAndNotBefore) {
+    const recording::Log calls = run_frames({0, 67500, 73999, 74000, 0}).calls;
+    std::vector<std::string> opened; // each with the frames that had begun
+    int frames = 0;
+    for (const recording::Call& call : calls) {
+        if (call.name == "FMOD_Channel_GetPosition") ++frames;
+        if (call.name != "FMOD_System_CreateSound") continue;
+        opened.push_back(std::get<std::string>(call.arguments.at(1)) + " " + std::to_string(frames));
+    }
+    EXPECT_EQ(opened, (std::vector<std::string>{"zev.mp3 0", "zev_voc.mp3 4"}));
+    EXPECT_EQ(g_demo_time, 74.3);
 }
 
 TEST_F(WholeShow, EndsWithStatusZeroBeforeAnySceneOfThatFrameIsDrawn) {
@@ -322,4 +366,13 @@ TEST(Ramp, AStoppedOneWritesNothingAndSaysOne) {
     double out = 7.0;
     EXPECT_EQ(ramp(&running, 0.0, 1.0, &out), 1);
     EXPECT_EQ(out, 7.0);
+}
+
+TEST(Ramp, WithoutADurationItFollowsTheFallingFormula) {
+    int running = 1;
+    double out = 0.0;
+    g_demo_time = 1.0;
+    EXPECT_EQ(ramp(&running, 0.0, 0.0, &out),
+              0); // 1 - 1 / -0 is not finite; the rising formula would end at +inf too
+    EXPECT_TRUE(std::isinf(out));
 }

@@ -50,12 +50,13 @@ FMOD_RESULT FMOD_System_Create(FMOD_SYSTEM** system) {
 }
 FMOD_RESULT FMOD_System_Init(FMOD_SYSTEM* system, int maxchannels, FMOD_INITFLAGS flags, void* extra) {
     record(__func__, system == &g_system, maxchannels, flags, extra != nullptr);
-    return FMOD_OK;
+    return system ? FMOD_OK : FMOD_ERR_INVALID_HANDLE;
 }
 FMOD_RESULT FMOD_System_CreateSound(FMOD_SYSTEM* system, const char* name, FMOD_MODE mode,
                                     FMOD_CREATESOUNDEXINFO* exinfo, FMOD_SOUND** sound) {
     record(__func__, system == &g_system, name, mode, exinfo != nullptr);
     *sound = nullptr;
+    if (!system) return FMOD_ERR_INVALID_HANDLE;
     const auto& missing = recording::script().missing_files;
     if (std::find(missing.begin(), missing.end(), name) != missing.end()) return FMOD_ERR_FILE_NOTFOUND;
     *sound = make<FMOD_SOUND>();
@@ -64,6 +65,7 @@ FMOD_RESULT FMOD_System_CreateSound(FMOD_SYSTEM* system, const char* name, FMOD_
 FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX index, FMOD_SOUND* sound,
                                   FMOD_BOOL paused, FMOD_CHANNEL** channel) {
     record(__func__, system == &g_system, index, number(sound), paused);
+    *channel = nullptr;
     if (!sound || sound->released) return FMOD_ERR_INVALID_HANDLE;
     *channel = make<FMOD_CHANNEL>();
     (*channel)->sound = sound;

@@ -24,10 +24,7 @@ const Callbacks& callbacks() { return g_callbacks; }
 
 extern "C" {
 
-void glutInit(int* argc, char** argv) {
-    (void)argv;
-    record(__func__, *argc);
-}
+void glutInit(int* argc, char** argv) { record(__func__, *argc, argv && argv[0] ? argv[0] : ""); }
 void glutInitDisplayMode(unsigned mode) { record(__func__, mode); }
 void glutInitWindowSize(int width, int height) { record(__func__, width, height); }
 void glutInitWindowPosition(int x, int y) { record(__func__, x, y); }

@@ -19,9 +19,12 @@ Argument argument(T value) {
     }
 }
 
+// Adds a call to the log and shows it to the observer.
+void write(const Call& call);
+
 template <class... Arguments>
 void record(const char* name, Arguments... arguments) {
-    if (g_logging) log().push_back({name, {argument(arguments)...}});
+    if (g_logging) write({name, {argument(arguments)...}});
 }
 
 // A call that ends in an array of `count` values.
@@ -30,7 +33,7 @@ void record_array(const char* name, const Value* values, int count, Arguments...
     if (!g_logging) return;
     Call call{name, {argument(arguments)...}};
     for (int i = 0; i < count; ++i) call.arguments.push_back(argument(values[i]));
-    log().push_back(call);
+    write(call);
 }
 
 } // namespace recording

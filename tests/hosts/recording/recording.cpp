@@ -49,6 +49,16 @@ Log& log() {
     return calls;
 }
 
+std::function<void(const Call&)>& observer() {
+    static std::function<void(const Call&)> function;
+    return function;
+}
+
+void write(const Call& call) {
+    log().push_back(call);
+    if (observer()) observer()(call);
+}
+
 void set_logging(bool on) { g_logging = on; }
 
 Log calls_of(const std::function<void()>& body) {

@@ -39,6 +39,9 @@ Log& log();
 // Turns the log off for measuring what the show's own code costs.
 void set_logging(bool on);
 
+// When set, sees every call as it is recorded: for what must hold at that moment.
+std::function<void(const Call&)>& observer();
+
 // What `body` calls. What was in the log before stays there; these calls are not added to it.
 Log calls_of(const std::function<void()>& body);
 
