@@ -1,8 +1,9 @@
 // Filters and combiners: what shapes an image after a generator has filled it.
 //
-// Filters work on the colour planes. Alpha is not filtered: filter first, then give an image its alpha
-// (image_set_alpha). Neighbours beyond a border wrap around in a tileable image (kImageWrap); otherwise the
-// border pixel repeats. A radius may exceed the image.
+// Filters work on the colour planes. Alpha is not filtered: the form in place leaves it as it is, a new image
+// carries a copy. So filter first, then give an image its alpha (image_set_alpha). Neighbours beyond a border
+// wrap around in a tileable image (kImageWrap); otherwise the border pixel repeats. A radius may exceed the
+// image.
 //
 // Where a result is truncated from double and does not fit into 32 bits (or is not a number), it becomes
 // -2^31.

@@ -2,6 +2,7 @@
 // stays as it was.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 
@@ -90,6 +91,13 @@ const NewForm kNewForms[] = {
     {"polarized", [](const Image* img) { return image_polarized(img); }},
 };
 
+// The operation of a table that has a name.
+template <class Operation, std::size_t N>
+const Operation& named(const Operation (&table)[N], const char* name) {
+    return *std::find_if(table, table + N,
+                         [name](const Operation& operation) { return operation.name == name; });
+}
+
 // Grey, so that image_colorize takes it.
 ImagePtr some_image() {
     Material material(70);
@@ -170,24 +178,17 @@ TEST(Operations, InNewFormGiveNullWhereverMemoryRunsOut) {
 }
 
 TEST(Operations, InNewFormMakeWhatTheFormInPlaceMakes) {
-    for (const NewForm& fresh : kNewForms) {
-        for (const InPlace& place : kInPlace) {
-            // convolved and convolve, shrunk and shrink: a participle is its verb and two letters more or
-            // less.
-            const std::string pairs[][2] = {
-                {"convolved", "convolve"}, {"convolved_h", "convolve_h"}, {"convolved_v", "convolve_v"},
-                {"ranked", "rank"},        {"embossed", "emboss"},        {"colorized", "colorize"},
-                {"shifted", "shift"},      {"shrunk", "shrink"},          {"enlarged", "enlarge"},
-                {"displaced", "displace"}, {"transformed", "transform"},  {"rotozoomed", "rotozoom"},
-                {"polarized", "polarize"}};
-            for (const auto& pair : pairs) {
-                if (fresh.name != pair[0] || place.name != pair[1]) continue;
-                const ImagePtr img = some_image();
-                const ImagePtr result = owned(fresh.run(img.get()));
-                place.run(img.get());
-                EXPECT_EQ(picture_of(result.get()), picture_of(img.get())) << fresh.name;
-            }
-        }
+    const char* const forms[][2] = {
+        {"convolved", "convolve"}, {"convolved_h", "convolve_h"}, {"convolved_v", "convolve_v"},
+        {"ranked", "rank"},        {"embossed", "emboss"},        {"colorized", "colorize"},
+        {"shifted", "shift"},      {"shrunk", "shrink"},          {"enlarged", "enlarge"},
+        {"displaced", "displace"}, {"transformed", "transform"},  {"rotozoomed", "rotozoom"},
+        {"polarized", "polarize"}};
+    for (const auto& [fresh, place] : forms) {
+        const ImagePtr img = some_image();
+        const ImagePtr result = owned(named(kNewForms, fresh).run(img.get()));
+        named(kInPlace, place).run(img.get());
+        EXPECT_EQ(picture_of(result.get()), picture_of(img.get())) << fresh;
     }
 }
 
