@@ -1,6 +1,6 @@
 """The band: what each player does with a beat, a pitch and a strength."""
 
-from notation import Part, pitch, pitches, seconds
+from notation import Part, pitch, pitches, raised, seconds
 
 show = Part()       # every note of the show, both halves
 
@@ -35,19 +35,19 @@ def clap(beat, v=1.0):
 
 
 def hat(beat, v=1.0):
-    show.note(beat, "Hat", 0.2, v * 0.30, 0.035 + 0.02 * v, 0.58)
+    show.note(beat, "Hat", 0.2, v * 0.85, 0.035 + 0.02 * v, 0.58)
 
 
 def open_hat(beat, v=1.0):
-    show.note(beat, "Hat", 0.6, v * 0.27, 0.20, 0.45)
+    show.note(beat, "Hat", 0.6, v * 0.75, 0.20, 0.45)
 
 
 def ride(beat, v=1.0):
-    show.note(beat, "Hat", 1.0, v * 0.16, 0.42, 0.35)
+    show.note(beat, "Hat", 1.0, v * 0.42, 0.42, 0.35)
 
 
 def shaker(beat, v=1.0):
-    show.note(beat, "Shaker", 0.25, v * 0.34, 0.3)
+    show.note(beat, "Shaker", 0.25, v * 0.9, 0.3)
 
 
 def rim(beat, v=1.0, freq=1720, pan=0.6, room=0.12):
@@ -55,11 +55,11 @@ def rim(beat, v=1.0, freq=1720, pan=0.6, room=0.12):
 
 
 def crash(beat, v=1.0, beats=5, pan=0.4):
-    show.note(beat, "Crash", beats, v * 0.30, pan)
+    show.note(beat, "Crash", beats, v * 0.5, pan)
 
 
 def tom(beat, freq, v=1.0, pan=0.5):
-    show.note(beat, "Tom", 0.6, v * 0.75, freq, pan)
+    show.note(beat, "Tom", 0.6, v * 0.6, freq, pan)
 
 
 def drums(beat, **lines):
@@ -108,9 +108,9 @@ def bass_note(beat, beats, p, before=None, v=0.9, cut=180, reach=1500, reso=2.0)
 
 
 def bass_riff(beat, root, steps, beats=0.22, cut=180, reach=1500, reso=2.0, v=0.92):
-    """Sixteenth riff on a root: 0 root, 1 octave, 5 fifth, 7 seventh, 3 third (minor), 2 second,
-    s = slide up to the octave, - = tie."""
-    step_pitch = {"0": 0, "1": 12, "5": 7, "7": 10, "3": 3, "4": 4, "2": 2, "s": 12, "b": 1, "l": -5}
+    """Sixteenth riff on a root: 0 root, 1 octave, 5 fifth, 7 seventh, s = slide up to the octave,
+    - = tie."""
+    step_pitch = {"0": 0, "1": 12, "5": 7, "7": 10, "s": 12}
     root = pitch(root)
     for i, s in enumerate(steps.replace(" ", "")):
         if s in step_pitch:
@@ -141,6 +141,11 @@ def acid(beat, root, steps, cut0=300, cut1=300, reso=9, v=0.8):
                       before if slide and before is not None else p, cut, accent, reso)
             before = p
         at += 1
+
+
+def octaves(beat, root, steps="0.1.", v=0.9, cut=220, reach=1500):
+    """The oldskool bass: root and octave in eighths or as the steps say."""
+    bass_riff(beat, root, steps, 0.2, cut, reach, 2.0, v)
 
 
 # ---------------------------------------------------------------- keys and strings
@@ -193,7 +198,7 @@ def glass(beat, v=1.0, p=91, pan=0.5):
 
 
 def piano(beat, beats, chord, v=0.7, apart=13, room=0.14):
-    for p in pitches(chord) if isinstance(chord, str) else [chord]:
+    for p in pitches(chord) if isinstance(chord, (str, list)) else [chord]:
         show.note(beat, "Piano", beats, v, p, apart, min(1, max(0, (p - 36) / 60)), room)
 
 
@@ -206,16 +211,16 @@ def lead(beat, line, v=0.9, octave=0, bright=3400, vibrato=22, echo=0.3, slide=0
     return show.melody(beat, line, play)
 
 
-def chip_lead(beat, line, v=1.0, octave=0, width=0.35, where=0.5, echo=0.3):
+def chip_lead(beat, line, v=1.0, octave=0, width=0.35, where=0.5, echo=0.3, shift=0):
     def play(at, beats, p, before):
-        q = p + 12 * octave
+        q = p + 12 * octave + shift
         show.note(at, "Chip", beats * 0.94, v * 0.30, q, q, q, width, where, echo)
     return show.melody(beat, line, play)
 
 
-def bell_line(beat, line, v=1.0, octave=0, echo=0.4, ratio=3.51, bright=1.4):
+def bell_line(beat, line, v=1.0, octave=0, echo=0.4, ratio=3.51, bright=1.4, shift=0):
     def play(at, beats, p, before):
-        bell(at, p + 12 * octave, v, max(4, beats * 2), ratio, bright, 0.35 + 0.3 * (at % 2) / 2, echo)
+        bell(at, p + 12 * octave + shift, v, max(4, beats * 2), ratio, bright, 0.35 + 0.3 * (at % 2) / 2, echo)
     return show.melody(beat, line, play)
 
 

@@ -83,9 +83,9 @@ endop
 
 ; Bass drum. p5: final frequency (Hz). p6: drive (1 clean .. 5 hard).
 instr Kick
-  kFast  expseg 1, 0.018 * 6, 0.0025, 1, 0.0025
-  kSlow  expseg 1, 0.070 * 5, 0.0067, 1, 0.0067
-  kFreq  = p5 + p5 * 2.6 * kSlow + 1300 * kFast
+  kFast  expseg 1, 0.024, 0.0025, 1, 0.0025
+  kSlow  expseg 1, 0.23, 0.0067, 1, 0.0067
+  kFreq  = p5 + p5 * 2.6 * kSlow + 480 * kFast
   kAmp   transeg 1, 0.07, -1, 0.8, p3 - 0.07, -3.5, 0
   aBody  oscili kAmp, kFreq, giSine, 0.1
   aClick noise 0.5, 0
@@ -111,11 +111,11 @@ instr Snare
   aN2    noise kWire, 0
   aN1    butterhp aN1, 900
   aN2    butterhp aN2, 900
-  aM1    butterbp aN1, 3600, 5200
-  aM2    butterbp aN2, 3600, 5200
-  aTone  = tanh((a1 + a2) * 1.6) * 0.62
-  aL     = (aTone + tanh(aM1 * 1.4) * 0.75) * p4
-  aR     = (aTone + tanh(aM2 * 1.4) * 0.75) * p4
+  aM1    butterbp aN1, 4200, 6500
+  aM2    butterbp aN2, 4200, 6500
+  aTone  = tanh((a1 + a2) * 1.6) * 0.40
+  aL     = (aTone + tanh(aM1 * 1.8) * 0.95) * p4
+  aR     = (aTone + tanh(aM2 * 1.8) * 0.95) * p4
   ToDrums aL, aR, p7
 endin
 
@@ -128,8 +128,8 @@ instr Clap
   aR     butterbp aN2, 1500, 1500
   aHL    butterhp aN1, 5000
   aHR    butterhp aN2, 5000
-  aL     = tanh((aL * 1.8 + aHL * 0.25)) * p4
-  aR     = tanh((aR * 1.8 + aHR * 0.25)) * p4
+  aL     = tanh((aL * 1.6 + aHL * 0.5)) * p4
+  aR     = tanh((aR * 1.6 + aHR * 0.5)) * p4
   ToDrums aL, aR, p5
 endin
 
@@ -300,11 +300,12 @@ instr Bass
   a2    vco2 0.42, kF * 1.006, 2, 0.4
   aS    oscili 0.62, kF, giSine
   kEnv  transeg 1, 0.16, -3, 0.28, 2, -1, 0.1
-  kCut  = p7 + p8 * kEnv * (0.4 + p4 * 0.6)
+  kCut  = (p7 + p8 * kEnv * (0.4 + p4 * 0.6)) * 1.7
   aF    zdf_ladder a1 + a2, kCut, p9
+  aF    = tanh(aF * 2.2)                        ; the growl
   aF    butterhp aF, 95
   kAmp  linsegr 0, 0.003, 1, p3 - 0.006, 0.85, 0.02, 0
-  gaBass += tanh((aF * 0.95 + aS) * 1.25) * kAmp * p4 * 0.8
+  gaBass += tanh((aF * 0.9 + aS * 0.9) * 1.2) * kAmp * p4 * 0.8
 endin
 
 ; Acid line. p6: pitch it slides from. p7: cutoff. p8: accent (0 or 1). p9: resonance.
@@ -317,7 +318,7 @@ instr Acid
   aF    = tanh(aF * (2.4 + p8 * 1.4))
   kAmp  linsegr 0, 0.003, 1, p3 - 0.005, 0.7, 0.015, 0
   aF    butterhp aF, 70
-  aOut  = aF * kAmp * p4 * 0.55
+  aOut  = aF * kAmp * p4 * 1.3
   aL, aR Pan aOut, k(0.5)
   ToLead aL, aR, 0.05, 0.1
 endin
@@ -338,8 +339,8 @@ instr Pad
   kC    expseg p6, p3, p7, 1, p7
   aL    = a1 + a3 + a5 * 0.6 + a6 * 0.5
   aR    = a2 + a4 + a5 * 0.6 + a6 * 0.5
-  aL    zdf_ladder aL, kC, 1.2
-  aR    zdf_ladder aR, kC * 1.07, 1.2
+  aL    zdf_2pole aL, kC * 1.5, 0.8
+  aR    zdf_2pole aR, kC * 1.6, 0.8
   kAmp  linsegr 0, p8, 1, 1, 1, 0.25, 0
   aL    butterhp aL * kAmp * p4, 150
   aR    butterhp aR * kAmp * p4, 150
@@ -352,8 +353,8 @@ instr Pluck
   a1    vco2 0.4, iF
   a2    vco2 0.3, iF * 1.004, 2, 0.35
   kEnv  transeg 1, p9, -4, 0
-  kCut  = 180 + p6 * kEnv * kEnv
-  aF    zdf_ladder a1 + a2, kCut, 2.2
+  kCut  = 250 + p6 * 1.4 * kEnv * kEnv
+  aF    zdf_2pole a1 + a2, kCut, 1.5
   kAmp  linsegr 0, 0.002, 1, 0.03, 0
   aF    butterhp aF * kEnv * kAmp * p4, 160
   aL, aR Pan aF, k(p7)
@@ -372,8 +373,8 @@ instr Stab
   a7    vco2 0.14, iF * 1.9967, 0, 0.5, 0.9
   kEnv  transeg 1, p7, -3, 0
   kC    = 250 + p6 * (0.25 + 0.75 * kEnv)
-  aL    zdf_ladder a1 + a2 + a5 + a6, kC, 1.1
-  aR    zdf_ladder a1 + a3 + a4 + a7, kC, 1.1
+  aL    zdf_2pole a1 + a2 + a5 + a6, kC, 0.8
+  aR    zdf_2pole a1 + a3 + a4 + a7, kC, 0.8
   kAmp  linsegr 0, 0.002, 1, 0.04, 0
   aL    butterhp aL * kEnv * kAmp * p4, 140
   aR    butterhp aR * kEnv * kAmp * p4, 140
@@ -394,9 +395,9 @@ instr Lead
   a3    vco2 0.22, kF * 0.9946
   a4    vco2 0.16, kF * 0.5, 2, 0.5
   kEnv  transeg 0.55, 0.05, 0, 1, 0.5, -2, 0.62, 2, -1, 0.5
-  kCut  = 500 + p8 * kEnv * (0.55 + 0.45 * p4)
-  aL    zdf_ladder a1 + a2 + a4, kCut, 2.4
-  aR    zdf_ladder a1 + a3 + a4, kCut * 1.04, 2.4
+  kCut  = 500 + p8 * 1.5 * kEnv * (0.55 + 0.45 * p4)
+  aL    zdf_2pole a1 + a2 + a4, kCut, 1.6
+  aR    zdf_2pole a1 + a3 + a4, kCut * 1.04, 1.6
   kAmp  linsegr 0, 0.008, 1, 0.2, 0.86, 1, 0.86, 0.07, 0
   aL    = tanh(aL * 1.7) * kAmp * p4 * 0.62
   aR    = tanh(aR * 1.7) * kAmp * p4 * 0.62
@@ -414,7 +415,7 @@ instr Chip
   kPw   lfo 0.12, 1.3
   a1    vco2 0.5, cpsmidinn(kP), 2, p8 + kPw
   kAmp  linsegr 0, 0.002, 1, 0.09, 0.62, p3, 0.4, 0.012, 0
-  a1    butterlp a1 * kAmp * p4, 8500
+  a1    butterlp a1 * kAmp * p4, 12000
   a1    butterhp a1, 150
   aL, aR Pan a1, k(p9)
   ToMusic aL, aR, 0.05, p10
@@ -470,8 +471,10 @@ instr Singer
   aL, aR diskin2 p5, 1
   aL    butterhp aL, p8
   aR    butterhp aR, p8
-  aL    = aL * p4
-  aR    = aR * p4
+  aAirL butterhp aL, 2600                       ; the spoken voice is dull above 3 kHz
+  aAirR butterhp aR, 2600
+  aL    = (aL + aAirL * 1.6) * p4
+  aR    = (aR + aAirR * 1.6) * p4
   gaVoxL += aL
   gaVoxR += aR
   gaRevL += aL * p6
@@ -488,9 +491,9 @@ instr 900
   aInL  butterhp gaDlyL, 260
   aInR  butterhp gaDlyR, 260
   aL    delay aInL + aInR * 0.4 + aFbR * 0.46, 0.375
-  aL    butterlp aL, 5200
+  aL    butterlp aL, 6500
   aR    delay aL * 0.82 + aInR * 0.3, 0.375
-  aR    butterlp aR, 4600
+  aR    butterlp aR, 5800
   aFbR  = aR
   kDk   = 1 - gkDuck * 0.5
   gaMusL += aL * kDk
@@ -516,11 +519,12 @@ instr 999
   kBass = 1 - gkDuck * 0.85
   kMus  = 1 - gkDuck * 0.6
   kLead = 1 - gkDuck * 0.28
-  aDrumL = tanh(gaDrumL * 1.1) * 0.80
-  aDrumR = tanh(gaDrumR * 1.1) * 0.80
-  aMono = gaKick * 0.95 + gaBass * kBass * 0.72
-  aL    = aMono + aDrumL + gaMusL * kMus * 0.62 + gaLeadL * kLead * 0.62 + gaVoxL * 0.9 + gaFxL * 0.8
-  aR    = aMono + aDrumR + gaMusR * kMus * 0.62 + gaLeadR * kLead * 0.62 + gaVoxR * 0.9 + gaFxR * 0.8
+  kVox  = 1 - gkDuck * 0.12
+  aDrumL = tanh(gaDrumL * 1.3) * 0.95
+  aDrumR = tanh(gaDrumR * 1.3) * 0.95
+  aMono = gaKick * 0.50 + gaBass * kBass * 0.72
+  aL    = aMono + aDrumL + gaMusL * kMus * 1.1 + gaLeadL * kLead * 0.6 + gaVoxL * kVox * 1.75 + gaFxL * 0.8
+  aR    = aMono + aDrumR + gaMusR * kMus * 1.1 + gaLeadR * kLead * 0.6 + gaVoxR * kVox * 1.75 + gaFxR * 0.8
   outs aL * 0.5, aR * 0.5
   clear gaKick, gaDrumL, gaDrumR, gaBass, gaMusL, gaMusR, gaLeadL, gaLeadR, gaVoxL, gaVoxR
   clear gaFxL, gaFxR, gaRevL, gaRevR, gaDlyL, gaDlyR

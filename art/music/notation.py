@@ -34,8 +34,14 @@ def pitch(name):
 
 
 def pitches(names):
-    """'d3 f3 a3' -> [50, 53, 57]"""
-    return [pitch(n) for n in names.split()]
+    """'d3 f3 a3' -> [50, 53, 57]; lists of numbers pass through."""
+    return [pitch(n) for n in names.split()] if isinstance(names, str) else list(names)
+
+
+def raised(names, semitones):
+    """A chord or a single pitch, transposed."""
+    moved = [p + semitones for p in pitches(names)]
+    return moved if len(moved) > 1 else moved[0]
 
 
 class Part:
