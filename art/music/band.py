@@ -1,6 +1,8 @@
 """The band: what each player does with a beat, a pitch and a strength."""
 
-from notation import Part, pitch, pitches, raised, seconds
+import math
+
+from notation import Part, pitch, pitches, seconds
 
 show = Part()       # every note of the show, both halves
 
@@ -34,7 +36,13 @@ def clap(beat, v=1.0):
     show.note(beat, "Clap", 0.6, v * 0.72, 0.2)
 
 
+def human(beat, v):
+    """A hand never strikes twice alike: up to 15 % more or less, always the same at the same beat."""
+    return v * (0.85 + 0.3 * (math.sin(beat * 12.9898) * 43758.5453 % 1.0))
+
+
 def hat(beat, v=1.0):
+    v = human(beat, v)
     show.note(beat, "Hat", 0.2, v * 0.85, 0.035 + 0.02 * v, 0.58)
 
 
@@ -43,11 +51,11 @@ def open_hat(beat, v=1.0):
 
 
 def ride(beat, v=1.0):
-    show.note(beat, "Hat", 1.0, v * 0.42, 0.42, 0.35)
+    show.note(beat, "Hat", 1.0, human(beat, v) * 0.42, 0.42, 0.35)
 
 
 def shaker(beat, v=1.0):
-    show.note(beat, "Shaker", 0.25, v * 0.9, 0.3)
+    show.note(beat, "Shaker", 0.25, human(beat, v) * 0.9, 0.3)
 
 
 def rim(beat, v=1.0, freq=1720, pan=0.6, room=0.12):
@@ -78,9 +86,10 @@ def toms(beat, steps, v=0.9):
 
 
 def roll(beat, beats, v0=0.25, v1=0.95, fast_from=0.5):
-    """Snare roll: eighths, then sixteenths from the given fraction on, swelling."""
+    """Snare roll: eighths, then sixteenths from the given fraction on, swelling. It leaves the last
+    sixteenth to the accent it leads to."""
     at = 0.0
-    while at < beats - 1e-6:
+    while at < beats - 0.3:
         share = at / beats
         snare(beat + at, v0 + (v1 - v0) * share, 0.12, 0.1, 188 + 50 * share)
         at += 0.25 if share >= fast_from else 0.5
@@ -91,6 +100,11 @@ def roll(beat, beats, v0=0.25, v1=0.95, fast_from=0.5):
 def blow(time, v=1.0, girder="d3", debris=1.1, sub=1.0, length=2.2):
     """The accent under a flash; its time is in seconds, because the flashes' are."""
     show.at(time, "Blow", length, v * 0.85, pitch(girder), debris, sub)
+
+
+def hush(time, depth=0.72, length=0.085):
+    """A breath before an accent: everything drops away just before that second."""
+    show.at(time - length, "Hush", length - 0.0004, depth)
 
 
 def wind(beat, beats, f0, f1, v=1.0, curve=2.5, end=1.0):
@@ -125,8 +139,8 @@ def bass_riff(beat, root, steps, beats=0.22, cut=180, reach=1500, reso=2.0, v=0.
 
 
 def acid(beat, root, steps, cut0=300, cut1=300, reso=9, v=0.8):
-    """Acid sixteenths: digits are semitones over the root in hexadecimal, capitals A-C and an
-    apostrophe after a digit mean accent, ~ before a digit slides into it."""
+    """Acid sixteenths: words are semitones over the root; an apostrophe after the number accents it, a
+    tilde before it slides into it, '.' rests."""
     root, at, before = pitch(root), 0, None
     words = steps.split()
     for word in words:

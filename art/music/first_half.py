@@ -1,9 +1,7 @@
 """The first half, 0 to 76 s: title, wall, gyroscope room, cross, text screen. D minor."""
 
-from band import (acid, arpeggio, bass_note, bass_riff, bell, bell_line, big_snare, blow, chip, clap, climb, crash,
-                  drums, hat, kick, hard_kick, lead, pad, piano, piano_line, pluck, rim, roll, show, snare, soft_kick,
-                  stab, tom, toms, wind)
-
+from band import (acid, arpeggio, bass_note, bass_riff, bell, bell_line, big_snare, blow, chip, climb, crash, drums,
+                  hard_kick, hush, kick, lead, pad, piano_line, pluck, rim, roll, show, stab, toms, wind)
 
 # The theme of the wall: three bars, D minor | B flat | G minor, A.
 THEME = "d5:1.5 e5:.5 f5:1 ~a5:1 | bb5:1.5 a5:.5 f5:1 ~d5:1 | g5:1.5 f5:.5 e5:1 ~c#5:1"
@@ -79,7 +77,8 @@ def wall():
     lead(34, THEME, 0.85)
     toms(45, "aabc")
     # 23.0 s: the answer, over F and C.
-    for off, beats, root, chord in ((0, 4, "f1", "c3 f3 a3 g4"), (4, 4, "c2", "c3 e3 g3 d4"), (8, 2, "a1", "c#3 e3 g3 bb3")):
+    for off, beats, root, chord in ((0, 4, "f1", "c3 f3 a3 g4"), (4, 4, "c2", "c3 e3 g3 d4"),
+                                    (8, 2, "a1", "c#3 e3 g3 bb3")):
         bass_riff(46 + off, root, "0.01..010.01.5.1"[:int(beats * 4)], cut=200, reach=1700)
         arpeggio(46 + off, beats, chord, "0312", 0.65, 3000, 3600)
         pad(46 + off, beats, chord, 0.7, 1000, 1700, 0.08)
@@ -191,6 +190,7 @@ def boring():
     for beat in range(136, 147):
         rim(beat, 0.30 if beat % 2 else 0.42, 1250 if beat % 2 else 1500, 0.55, 0.25)
     piano_line(137, "f4:1 e4:1 f4:1 e4:1 | f4:1.5 e4:.5 d4:1 c#4:1 | c#4:2", 0.45)
+    lead(142, "a4:.5 ~d4:2.5", 0.35, 0, 1500, 60, 0.4, 1.1)         # a yawn
     piano_line(137, "r:.5 d3:1 r:1 d3:1 r:.5 | a2:1 r:1 a2:1.5", 0.35)
     wind(139, 9.4, 200, 9000, 1.0, 2.0)
     climb(141, 7.4, "f2", "c5", 0.9)
@@ -202,6 +202,9 @@ def boring():
 
 
 def play():
+    for time in (10.0, 17.0, 23.0, 28.0, 28.5, 34.0, 40.0, 45.5, 55.0, 56.5, 62.0, 67.5):
+        hush(time)
+    hush(11.4, 0.6, 0.06)
     title()
     wall()
     room()

@@ -36,6 +36,7 @@ gaRevR  init 0
 gaDlyL  init 0
 gaDlyR  init 0
 gkDuck  init 0
+gkHush  init 0
 
 ; Equal-power panning: position 0 is left, 1 is right.
 opcode Pan, aa, ak
@@ -98,6 +99,12 @@ endin
 instr Duck
   kEnv  transeg 1, 0.05, 0, 1, p3 - 0.05, -1.2, 0
   gkDuck max gkDuck, kEnv * p4
+endin
+
+; The band holds its breath before an accent and lets go when the note ends. p4: depth (0..1).
+instr Hush
+  kEnv   linseg 0, p3 * 0.45, 1, p3 * 0.55, 1
+  gkHush max gkHush, kEnv * p4
 endin
 
 ; Snare. p5: body frequency. p6: length of the wires (s). p7: room.
@@ -520,13 +527,15 @@ instr 999
   kMus  = 1 - gkDuck * 0.6
   kLead = 1 - gkDuck * 0.28
   kVox  = 1 - gkDuck * 0.12
+  kAll  = 1 - gkHush
   aDrumL = tanh(gaDrumL * 1.3) * 0.95
   aDrumR = tanh(gaDrumR * 1.3) * 0.95
   aMono = gaKick * 0.50 + gaBass * kBass * 0.72
   aL    = aMono + aDrumL + gaMusL * kMus * 1.1 + gaLeadL * kLead * 0.6 + gaVoxL * kVox * 1.75 + gaFxL * 0.8
   aR    = aMono + aDrumR + gaMusR * kMus * 1.1 + gaLeadR * kLead * 0.6 + gaVoxR * kVox * 1.75 + gaFxR * 0.8
-  outs aL * 0.5, aR * 0.5
+  outs aL * kAll * 0.5, aR * kAll * 0.5
   clear gaKick, gaDrumL, gaDrumR, gaBass, gaMusL, gaMusR, gaLeadL, gaLeadR, gaVoxL, gaVoxR
   clear gaFxL, gaFxR, gaRevL, gaRevR, gaDlyL, gaDlyR
   gkDuck = 0
+  gkHush = 0
 endin

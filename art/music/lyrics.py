@@ -9,9 +9,9 @@
     Freitag um zehn, und die Tür geht auf,
     noch eine Runde, die geht aufs Haus.
 
-    (whispered) The glow of the screens ...
+    (whispered) The glow of the screens ... in der Nacht ...
 
-    Good night, old bar.
+    Good night, old bar. (whispered) Gute Nacht.
 """
 
 from notation import pitches
@@ -83,8 +83,14 @@ def whisper(beat, voice, line, level=0.085):
 
 WHISPERS = (
     whisper(236, EN, "D@:-.5:.5 gl'oU:0:1 0v:1:.5 D@:1.5:.5 skr'i:nz:2:1.5"),
-    whisper(240, DE, "gu::0:.5 t@:.5:.5 n'axt:1:1"),
+    whisper(240, DE, "In:-.5:.5 d@:0:.5 n'axt:.5:1.2"),
+    whisper(320.5, DE, "gu::0:.5 t@:.5:.5 n'axt:1:1.3"),
 )
+
+# Somebody cannot wait for the toast.
+STUTTER = Phrase(266, DE, "pr'o:0:.22 pr'o:.5:.22 pr'o:1:.2 pr'o:1.25:.2 pr'o:1.5:.2",
+                 Voice("c4 e4 g4 bb4 c5", 0.12), Voice("e4 g4 bb4 c5 e5", 0.08, 0.2, (-8, 6), 1.06),
+                 Voice("g3 c4 e4 g4 bb4", 0.08, 0.8, (-6, 8), 0.95))
 
 
 def prost(beat, chord, level=1.0, length=1.7):
@@ -110,7 +116,7 @@ FAREWELL = Phrase(314, EN, "g'Ud:0:.9 n'aIt:1:.95 'oUld:2:1.9 b'A::4:4.5",
 
 def sing(path, origin, length):
     choir = Choir(length)
-    for phrase in (*VERSE_1, *hook(196), *VERSE_2, *WHISPERS, *CHEERS):
+    for phrase in (*VERSE_1, *hook(196), *VERSE_2, *WHISPERS, STUTTER, *CHEERS):
         choir.sing(origin, phrase)
     for phrase in (*hook(282), *hook(290, lines="34")):
         choir.sing(origin, phrase, 2)

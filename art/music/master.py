@@ -42,9 +42,9 @@ def loudness(x):
 
 
 def mono_below(x, freq):
-    """Removes the stereo difference below a frequency."""
+    """Removes the stereo difference below a frequency and widens what is above it by 2 dB."""
     mid, side = (x[:, 0] + x[:, 1]) / 2, (x[:, 0] - x[:, 1]) / 2
-    side = sosfilt(butter(4, freq, "highpass", fs=RATE, output="sos"), side)
+    side = 1.25 * sosfilt(butter(4, freq, "highpass", fs=RATE, output="sos"), side)
     return np.stack([mid + side, mid - side], axis=1)
 
 

@@ -4,9 +4,8 @@ Pictures: bars 79.5, plasma 88.0, full screen 97.2, plasma 102.4, sprites 109.5,
 sprites 121 to 134, the sign 134 to 138, the cube 141, the sheet 145, credits 153, the end 162.
 """
 
-from band import (arpeggio, bass_note, bell, bell_line, big_snare, blow, chip, chip_lead, clap, climb, crash, drums,
-                  glass, hat, kick, lead, octaves, pad, piano, piano_line, pluck, rim, roll, show, snare, soft_kick,
-                  stab, tom, toms, wind)
+from band import (arpeggio, bass_note, bell, bell_line, blow, chip, chip_lead, clap, climb, crash, drums, glass, hush,
+                  kick, lead, octaves, pad, piano, piano_line, roll, show, snare, soft_kick, stab, toms, wind)
 from notation import pitch, raised, seconds
 
 # The hook as the chip and the lead play it; the choir's words are in lyrics.py.
@@ -241,7 +240,7 @@ def cheers():
     piano_line(273, "a5:.25 c6:.25 a5:.25 f5:.25 r:1 f#5:.25 a5:.25 c6:.25 a5:.25", 0.55)
     # The drummer.
     crash(276, 0.8)
-    drums(276, kick="X..x..x.X.x...x.X...x.x.", snare="....X.-o.-X.X..x.-X.XoXX", hat="x.x.x.x.x.x.x.x.x.x.x.x.")
+    drums(276, kick="X..x..x.X.x...x.X...x.x.", snare="....x.-o.-x.x..o.-x.x-x.", hat="x.x.x.x.x.x.x.x.x.x.x.x.")
     toms(279, "ab.ccd..", 0.9)
     for i in range(12):
         bass_note(276 + i * 0.5, 0.25, 38, None, 0.6 + 0.03 * i, 140 + 25 * i, 500 + 150 * i)
@@ -253,7 +252,8 @@ def cheers():
 
 def last_chorus():
     """141 to 153 s: a tone higher, with everything; the cube spins, the sheet returns."""
-    blow(141.0, 0.9, "g2", 1.2)
+    blow(141.0, 1.2, "g2", 1.2)
+    stab(282, "c3 g3 c4 e4 g4 c5", 1.2, 0.8, 7500, 0.5, 0.35, 0.2)
     crash(282, 1.0)
     hook_band(282, 2, 3)
     lead(282, "d5:2 ~e5:2 | ~d5:1.5 e5:.5 ~g5:2 | ~g5:1 a5:1 ~b5:2 | ~b5:2 ~d#6:2", 0.5, 0, 2400, 28, 0.3)
@@ -262,8 +262,8 @@ def last_chorus():
     crash(298, 1.0)
     hook_band(298, 2, 3, range(2, 4))
     chip_lead(298, "e5:.5 f#5:.5 g5:.5 b5:.5 d6:1.5 d6:.5 | b5:1.5 r:.5 ", 0.7, 0, 0.3, 0.6, 0.3)
-    toms(304, "abcd.bcd", 0.9)
-    roll(304, 1.9, 0.4, 0.9, 0.3)
+    toms(304, "abcd.bc.", 0.9)
+    roll(304, 1.9, 0.4, 0.8, 0.3)
     glass(294, 0.8)
     glass(296, 0.8, 93)
     glass(302, 0.9)
@@ -272,7 +272,7 @@ def last_chorus():
 
 def credits():
     """153 to 162 s: the lights go on. The wall's theme, now at peace, and the last chord."""
-    blow(153.0, 0.55, "c3", 1.2, 0.8)
+    blow(153.0, 0.8, "c3", 1.2, 0.8)
     crash(306, 0.8, 8)
     chords = ((306, 2, "c2", "c4 e4 g4 b4"), (308, 2, "d2", "d4 f#4 a4 c5"), (310, 2, "b1", "b3 d4 f#4 a4"),
               (312, 2, "e2", "b3 e4 g4 d5"), (314, 2, "c2", "c4 e4 g4 d5"), (316, 2, "c2", "c4 eb4 g4 a4"),
@@ -306,6 +306,9 @@ def credits():
 
 
 def play():
+    for time in (80.0, 88.0, 98.0, 121.0, 134.0, 141.0, 145.0, 153.0):
+        hush(time)
+    hush(seconds(194.5), 0.7, 0.07)
     arrival()
     first_statement()
     crash(176, 0.9)
