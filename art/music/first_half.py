@@ -58,8 +58,8 @@ def wall():
     for bar, (beat, beats, root, chord) in enumerate(chords):
         drums(beat, **{k: v[:int(beats * 4)] for k, v in (WALL_A, WALL_A, WALL_B, WALL_A)[bar].items()})
         bass_riff(beat, root, "0.01.0.01.0100.1"[:int(beats * 4)], cut=150 + bar * 40, reach=900 + 250 * bar)
-        arpeggio(beat, beats, chord, "0.2.1.3.", 0.9, 1500 + bar * 700, 2200 + bar * 700)
-        pad(beat, beats, chord, 0.8, 500 + 200 * bar, 700 + 200 * bar, 0.1)
+        arpeggio(beat, beats, chord, "0.2.1.3.", 1.25, 1700 + bar * 800, 2500 + bar * 800)
+        pad(beat, beats, chord, 1.0, 600 + 250 * bar, 850 + 250 * bar, 0.1)
     stab(22.75, "d4 f4 a4 d5", 0.9, 0.5, 6000, 0.3, 0.3, 0.3)
     big_snare(22.75, 0.8)
     roll(33, 1, 0.4, 0.9, 0)
@@ -152,7 +152,7 @@ def cross():
         crash(beat, 0.9)
     for beat in range(110, 135, 2):
         even = beat // 2 % 2 == 0
-        stab(beat, "d3 a3 d4 f4" if even else "eb3 bb3 eb4 g4", 2.4, 0.6, 5200 if even else 8000, 0.34, 0.25)
+        stab(beat, "d3 a3 d4 f4" if even else "eb3 bb3 eb4 g4", 3.0, 0.6, 5200 if even else 8000, 0.34, 0.25)
         big_snare(beat, 0.75 if even else 0.9)
     line = ("0' 0 12 0 . 1' 0 ~12 0 0 ~3' 0 . 10 ~12' 0", "0' . 12 0 1' 0 . ~13 12 0 ~3' 1 0 10' ~12 0",
             "0' 0 ~12 0 15' 0 ~13 12 . 0 ~3' 1 ~0 10 12' 13")

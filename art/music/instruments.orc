@@ -325,7 +325,7 @@ instr Acid
   aF    = tanh(aF * (2.4 + p8 * 1.4))
   kAmp  linsegr 0, 0.003, 1, p3 - 0.005, 0.7, 0.015, 0
   aF    butterhp aF, 70
-  aOut  = aF * kAmp * p4 * 1.3
+  aOut  = aF * kAmp * p4 * 1.9
   aL, aR Pan aOut, k(0.5)
   ToLead aL, aR, 0.05, 0.1
 endin
