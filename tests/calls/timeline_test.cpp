@@ -372,7 +372,6 @@ TEST(Ramp, WithoutADurationItFollowsTheFallingFormula) {
     int running = 1;
     double out = 0.0;
     g_demo_time = 1.0;
-    EXPECT_EQ(ramp(&running, 0.0, 0.0, &out),
-              0); // 1 - 1 / -0 is not finite; the rising formula would end at +inf too
+    EXPECT_EQ(ramp(&running, 0.0, 0.0, &out), 1); // 1 - 1 / -0; the rising formula would stop
     EXPECT_TRUE(std::isinf(out));
 }
