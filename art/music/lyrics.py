@@ -109,9 +109,9 @@ CHEERS = (
 )
 
 FAREWELL = Phrase(314, EN, "g'Ud:0:.9 n'aIt:1:.95 'oUld:2:1.9 b'A::4:4.5",
-                  Voice("c5 c5 c5 b4", 0.12), Voice("g4 g4 g4 g4", 0.08, 0.2, (-8, 6), 1.05, 0.012),
-                  Voice("e4 e4 eb4 d4", 0.08, 0.8, (-6, 8), 0.96, 0.016),
-                  Voice("c4 c4 c4 g3", 0.06, 0.5, (-4, 5), 0.94))
+                  Voice("c5 c5 c5 b4", 0.08), Voice("g4 g4 g4 g4", 0.053, 0.2, (-8, 6), 1.05, 0.012),
+                  Voice("e4 e4 eb4 d4", 0.053, 0.8, (-6, 8), 0.96, 0.016),
+                  Voice("c4 c4 c4 g3", 0.045, 0.5, (-4, 5), 0.94))
 
 
 def sing(path, origin, length):

@@ -48,7 +48,7 @@ def arrival():
             octaves(at, root, "0.1.0.1." if bar == 0 else "0.10.01.", 0.9, 150 + 60 * bar, 700 + 500 * bar)
             for i in range(8):
                 if (i + half) % 4 != 3:
-                    chip(at + i * 0.25, 0.2, close, 0.35 + 0.03 * (bar * 16 + half * 8 + i), 0.25, 0.3 + 0.4 * (i % 2))
+                    chip(at + i * 0.25, 0.2, close, 0.65 + 0.03 * (bar * 16 + half * 8 + i), 0.25, 0.3 + 0.4 * (i % 2))
     crash(152, 0.9)
     for i, p in enumerate(("c5", "d5", "e5", "g5")):           # the bars light up
         chip_lead(159 + i * 0.25, f"{p}:.25", 0.9, 0, 0.25, 0.2 + 0.2 * i)
@@ -71,7 +71,7 @@ def hook_band(beat, shift, energy, bars=range(4)):
             root, close, wide = raised(root, shift), raised(close, shift), raised(wide, shift)
             here = at + 2 * half
             octaves(here, root, ("0.1.0.1.", "0.1.0.10", "0.100.1.", "0.1.01.1")[bar], 0.92, 200, 1300 + 300 * energy)
-            chip(here, 1.95, close, 0.45 if energy > 1 else 0.62, 0.2 + 0.06 * bar, 0.25 + 0.5 * half)
+            chip(here, 1.95, close, 0.45 if energy > 1 else 0.85, 0.2 + 0.06 * bar, 0.25 + 0.5 * half)
             if energy > 1:
                 pad(here, 2, wide, 0.55, 1500, 2200, 0.03)
                 show.pattern(here, PIANO_RHYTHM[(bar + half) % 4],
@@ -85,8 +85,8 @@ def first_statement():
     """80 to 88 s: red and green bars; the chip plays the hook that nobody has sung yet."""
     crash(160, 1.0)
     hook_band(160, 0, 1)
-    chip_lead(160, HOOK, 0.95, 0, 0.32, 0.42)
-    chip_lead(160, HOOK, 0.35, -1, 0.5, 0.62, 0)
+    chip_lead(160, HOOK, 1.6, 0, 0.32, 0.42)
+    chip_lead(160, HOOK, 0.6, -1, 0.5, 0.62, 0)
     for i in range(4):
         piano(160 + 4 * i + 3.5, 0.4, HOOK_CHORDS[2 * i + 1][2], 0.4)
     toms(175, "aabc", 0.8)
@@ -201,7 +201,7 @@ def solo():
     blow(121.0, 0.7, "bb1", 0.9)
     crash(242, 1.0)
     hook_band(242, 0, 3)
-    lead(242, SOLO, 0.95, 0, 4200, 34, 0.35, 0.12)
+    lead(242, SOLO, 1.15, 0, 4200, 34, 0.35, 0.12)
     crash(258, 0.9)
     for i, (root, chord) in enumerate((("g1", "g3 bb3 d4 f4"), ("a1", "a3 c4 e4 g4"), ("bb1", "bb3 d4 f4 a4"),
                                        ("c2", "c4 e4 g4 bb4"))):
