@@ -2,6 +2,7 @@
 
 #include "hosts/desktop/sound/steady_time.h"
 #include "sound/test_music.h"
+#include "sound/urgent.h"
 
 #include <gtest/gtest.h>
 
@@ -35,6 +36,7 @@ double told_at(const std::vector<Poll>& polls, double time) {
 } // namespace
 
 FMOD_SYSTEM* start_system() {
+    make_urgent(true);
     FMOD_SYSTEM* system = nullptr;
     EXPECT_EQ(FMOD_System_Create(&system), FMOD_OK);
     EXPECT_EQ(FMOD_System_Init(system, 1, FMOD_INIT_NORMAL, nullptr), FMOD_OK);

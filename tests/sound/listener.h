@@ -15,7 +15,8 @@ struct Poll {
     unsigned position; // ms
 };
 
-// A system that plays, made with the calls of the show and checked to have succeeded.
+// A system that plays, made with the calls of the show and checked to have succeeded. The calling thread is
+// urgent from then on, as are the system's.
 FMOD_SYSTEM* start_system();
 FMOD_SOUND* open_sound(FMOD_SYSTEM* system, const std::string& path);
 FMOD_CHANNEL* play_sound(FMOD_SYSTEM* system, FMOD_SOUND* sound);

@@ -1,5 +1,7 @@
 #include "sound/pulse_recorder.h"
 
+#include "sound/urgent.h"
+
 #include "hosts/desktop/sound/steady_time.h"
 
 #include <pulse/pulseaudio.h>
@@ -86,7 +88,9 @@ PulseRecorder::PulseRecorder() : stream_(std::make_unique<Stream>()) {
     pa_context_connect(s.context, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr);
 
     pa_threaded_mainloop_lock(s.loop);
+    make_urgent(true);
     pa_threaded_mainloop_start(s.loop);
+    make_urgent(false);
     s.wait([&] { return pa_context_get_state(s.context) == PA_CONTEXT_READY; }, "no server");
     pa_sample_spec spec{};
     spec.format = PA_SAMPLE_FLOAT32NE;
@@ -109,6 +113,7 @@ PulseRecorder::~PulseRecorder() { stop(); }
 void PulseRecorder::stop() {
     Stream& s = *stream_;
     if (!s.loop) return;
+    make_urgent(false);
     pa_threaded_mainloop_stop(s.loop);
     if (s.stream) {
         pa_stream_disconnect(s.stream);

@@ -13,7 +13,7 @@ public:
     PulseRecorder(const PulseRecorder&) = delete;
     PulseRecorder& operator=(const PulseRecorder&) = delete;
 
-    // Ends recording. What follows is only for afterwards.
+    // Ends recording, and the urgency of the calling thread. What follows is only for afterwards.
     void stop();
 
     // Stereo at 44.1 kHz.

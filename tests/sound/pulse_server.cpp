@@ -1,10 +1,11 @@
 #include "sound/pulse_server.h"
 
+#include "sound/urgent.h"
+
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <sys/wait.h>
@@ -50,18 +51,16 @@ PulseServer::PulseServer() {
     const std::string protocol =
         "module-native-protocol-unix socket=" + socket_path + " auth-anonymous=1 auth-cookie-enabled=0";
 
-    // Where this is allowed: a busy machine must starve neither the device nor this process's threads.
-    setpriority(PRIO_PROCESS, 0, -11);
     process_ = fork();
     if (process_ < 0) throw std::runtime_error("cannot start a process");
     if (process_ == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         const int nothing = open("/dev/null", O_RDWR);
         for (int descriptor = 0; descriptor < 3; ++descriptor) dup2(nothing, descriptor);
+        // The device is loaded before the socket opens: whoever can connect finds it.
         execl(PULSEAUDIO_PROGRAM, "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1",
-              "--use-pid-file=no", "--disable-shm=yes",
-              "--system=false", // the device first: whoever connects finds it
-              "-L", "module-null-sink rate=44100 channels=2 sink_name=nothing", "-L", protocol.c_str(),
+              "--use-pid-file=no", "--disable-shm=yes", "--system=false", "-L",
+              "module-null-sink rate=44100 channels=2 sink_name=nothing", "-L", protocol.c_str(),
               static_cast<char*>(nullptr));
         _exit(127);
     }
@@ -70,6 +69,7 @@ PulseServer::PulseServer() {
             throw std::runtime_error("the test's sound server does not start");
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
+    make_urgent(true, process_); // the server itself sees to its device's thread only
 }
 
 PulseServer::~PulseServer() { kill(); }

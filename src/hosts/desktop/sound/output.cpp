@@ -17,7 +17,7 @@ constexpr double kLongestPause = 0.02;      // seconds that one pause of this pr
 constexpr double kLostAfter = 0.8;          // seconds without a sign of life
 constexpr double kLostAtStartAfter = 5.0;   // the same, in its first second: some devices wake up slowly
 constexpr double kAskWithin = 0.03;         // seconds after the device's last request; see follow_device
-constexpr std::uint32_t kMinLatency = 882;  // frames: 20 ms, enough for a thread without priority
+constexpr std::uint32_t kMinLatency = 1323; // frames: 30 ms, enough for a thread without priority
 constexpr std::uint64_t kSilentBlock = 512; // frames
 
 } // namespace
