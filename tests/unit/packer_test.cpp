@@ -156,7 +156,8 @@ TEST(Packer, WhiteStaysWhiteAtTheQuantiserOfTheLoadingPicture) {
     EXPECT_EQ(decode_picture(pack_picture(white, {20, 0.0}).bytes).rgb, white.rgb);
 }
 
-// Floors stand about 1 dB under what the packer reached when they were set: less means that it has become worse.
+// Floors stand about 1 dB under what the packer reached when they were set: less means that it has become
+// worse.
 TEST(Packer, GradientsKeepTheirQuality) {
     EXPECT_GT(packed_psnr(grey_gradient(64, 64), 1), 53.0);
     EXPECT_GT(packed_psnr(grey_gradient(64, 64), 20), 48.5);
