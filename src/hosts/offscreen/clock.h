@@ -5,44 +5,42 @@
 #include "hosts/offscreen/times.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
-#include <vector>
 
-// What the show played: a file, from its beginning, from a frame on until the next entry or the end.
+// A piece of music that the show plays.
 struct Played {
     std::string file;
-    std::int64_t from_frame;
-    bool heard; // false: the silence after the show released what it played
+    std::int64_t from_frame; // the frame at whose time it starts, at its beginning
 };
 
 class Clock {
 public:
     explicit Clock(FrameRate rate) : rate_(rate) {}
 
-    FrameRate rate() const { return rate_; }
-
     // The frame being drawn. It stands at 0 until music has started, whatever the show does meanwhile.
     std::int64_t frame() const { return frame_; }
     void next_frame() {
-        if (!played_.empty()) ++frame_;
+        if (running_) ++frame_;
     }
 
     // Whether the show has started its music: from then on its display calls are frames.
-    bool running() const { return !played_.empty(); }
+    bool running() const { return running_; }
 
-    void play(const std::string& file) { played_.push_back({file, frame_, true}); }
-    void stop();
+    void play(const std::string& file);
+    void stop() { playing_.reset(); }
 
-    // Whole milliseconds since the start of what was played last, rounded down as a sound library counts
-    // them.
+    // What is heard from this frame's time on, or null.
+    std::shared_ptr<const Played> playing() const { return playing_; }
+
+    // Whole milliseconds since the start of what plays, rounded down as a sound library counts them.
     unsigned position_ms() const;
-
-    const std::vector<Played>& played() const { return played_; }
 
 private:
     FrameRate rate_;
     std::int64_t frame_ = 0;
-    std::vector<Played> played_;
+    bool running_ = false;
+    std::shared_ptr<const Played> playing_;
 };
 
 // The clock that the FMOD Ex calls of this host move and read.

@@ -13,6 +13,8 @@
 
 namespace {
 
+SKAV_NEXT_GL(glViewport);
+
 bool lists(const char* extensions, const char* name) {
     return extensions && std::strstr(extensions, name) != nullptr;
 }
@@ -64,18 +66,44 @@ EGLContext context_on(EGLDisplay display) {
 
 } // namespace
 
-EglScreen::EglScreen(int width, int height) : width_(width), height_(height) {
+EglScreen::EglScreen(int width, int height, int supersample) : width_(width), height_(height) {
     make_context();
-    make_frame_buffer();
+    for (int multiple = supersample; multiple >= 1; multiple /= 2) {
+        add_frame_buffer(width * multiple, height * multiple, multiple == supersample);
+    }
+    bind();
+    next_glViewport(0, 0, width * supersample, height * supersample);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }
 
 EglScreen::~EglScreen() {
-    glDeleteFramebuffers(1, &frame_buffer_);
-    glDeleteRenderbuffers(2, render_buffers_);
+    for (const FrameBuffer& buffer : buffers_) {
+        glDeleteFramebuffers(1, &buffer.name);
+        glDeleteRenderbuffers(1, &buffer.color);
+        glDeleteRenderbuffers(1, &buffer.depth);
+    }
     eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     eglDestroyContext(display_, context_);
     eglTerminate(display_);
 }
+
+void EglScreen::resolve() const {
+    const bool scissor = glIsEnabled(GL_SCISSOR_TEST);
+    if (scissor) glDisable(GL_SCISSOR_TEST);
+    for (std::size_t i = 1; i < buffers_.size(); ++i) {
+        const FrameBuffer& from = buffers_[i - 1];
+        const FrameBuffer& to = buffers_[i];
+        glBindFramebuffer(GL_READ_FRAMEBUFFER, from.name);
+        glBindFramebuffer(GL_DRAW_FRAMEBUFFER, to.name);
+        // Half the size: a linear filter takes the mean of exactly four pixels.
+        glBlitFramebuffer(0, 0, from.width, from.height, 0, 0, to.width, to.height, GL_COLOR_BUFFER_BIT,
+                          GL_LINEAR);
+    }
+    if (scissor) glEnable(GL_SCISSOR_TEST);
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, buffers_.back().name);
+}
+
+void EglScreen::bind() const { glBindFramebuffer(GL_FRAMEBUFFER, buffers_.front().name); }
 
 void EglScreen::make_context() {
     for (EGLDisplay display : candidate_displays()) {
@@ -91,28 +119,31 @@ void EglScreen::make_context() {
                   "install libegl-mesa0 and libgl1-mesa-dri)");
 }
 
-void EglScreen::make_frame_buffer() {
-    GLint largest = 0;
-    glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &largest);
-    if (width_ > largest || height_ > largest) {
-        throw Failure("a picture of " + std::to_string(width_) + "x" + std::to_string(height_) +
-                      " is more than this OpenGL can draw (" + std::to_string(largest) +
-                      " pixels at most): use a smaller --scale or --supersample");
+void EglScreen::add_frame_buffer(int width, int height, bool with_depth) {
+    const std::string size = std::to_string(width) + "x" + std::to_string(height);
+    for (GLenum limit : {GL_MAX_RENDERBUFFER_SIZE, GL_MAX_TEXTURE_SIZE}) {
+        GLint largest = 0;
+        glGetIntegerv(limit, &largest);
+        if (width <= largest && height <= largest) continue;
+        throw Failure("a picture of " + size + " is more than this OpenGL can draw (" +
+                      std::to_string(largest) + " pixels at most): use a smaller --scale or --supersample");
     }
-    // No alpha: the show asks its display for none, and what it would read back there is 1.
-    const GLenum formats[2] = {GL_RGB8, GL_DEPTH_COMPONENT24};
-    const GLenum attachments[2] = {GL_COLOR_ATTACHMENT0, GL_DEPTH_ATTACHMENT};
-    glGenFramebuffers(1, &frame_buffer_);
-    glBindFramebuffer(GL_FRAMEBUFFER, frame_buffer_);
-    glGenRenderbuffers(2, render_buffers_);
-    for (int i = 0; i < 2; ++i) {
-        glBindRenderbuffer(GL_RENDERBUFFER, render_buffers_[i]);
-        glRenderbufferStorage(GL_RENDERBUFFER, formats[i], width_, height_);
-        glFramebufferRenderbuffer(GL_FRAMEBUFFER, attachments[i], GL_RENDERBUFFER, render_buffers_[i]);
+    FrameBuffer buffer = {width, height, 0, 0, 0};
+    glGenFramebuffers(1, &buffer.name);
+    glBindFramebuffer(GL_FRAMEBUFFER, buffer.name);
+    // No alpha: the show asks its display for none, and what blending finds there is 1.
+    glGenRenderbuffers(1, &buffer.color);
+    glBindRenderbuffer(GL_RENDERBUFFER, buffer.color);
+    glRenderbufferStorage(GL_RENDERBUFFER, GL_RGB8, width, height);
+    glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER, buffer.color);
+    if (with_depth) {
+        glGenRenderbuffers(1, &buffer.depth);
+        glBindRenderbuffer(GL_RENDERBUFFER, buffer.depth);
+        glRenderbufferStorage(GL_RENDERBUFFER, GL_DEPTH_COMPONENT24, width, height);
+        glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, GL_RENDERBUFFER, buffer.depth);
     }
+    buffers_.push_back(buffer);
     if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE) {
-        throw Failure("this OpenGL cannot make a picture of " + std::to_string(width_) + "x" +
-                      std::to_string(height_) + " pixels with a depth buffer");
+        throw Failure("this OpenGL cannot make a picture of " + size + " pixels with a depth buffer");
     }
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }

@@ -2,11 +2,15 @@
 // buffer, made through EGL. Needs neither a display server nor a GPU.
 #pragma once
 
+#include <vector>
+
 class EglScreen {
 public:
-    // Makes a screen of the given size in pixels, black, and makes its context current for the calling
-    // thread, which stays the only one to use it. Throws Failure, with a line that says what is missing.
-    EglScreen(int width, int height);
+    // Makes a screen whose pictures are `width` x `height` pixels, black, and makes its context current for
+    // the calling thread, which stays the only one to use it. With `supersample` 2 or 4 the show is drawn at
+    // that multiple, and each pixel of a picture is the mean of 4 or 16. Throws Failure, with a line that
+    // says what is missing.
+    EglScreen(int width, int height, int supersample);
     ~EglScreen();
     EglScreen(const EglScreen&) = delete;
     EglScreen& operator=(const EglScreen&) = delete;
@@ -14,17 +18,27 @@ public:
     int width() const { return width_; }
     int height() const { return height_; }
 
-    // The frame buffer object that the show draws into. It is bound for drawing and reading.
-    unsigned frame_buffer() const { return frame_buffer_; }
+    // Brings the picture to its size and makes it the one to be read from. Until bind, nothing may be drawn.
+    void resolve() const;
+
+    // Makes the frame buffer that the show draws into the current one again.
+    void bind() const;
 
 private:
+    struct FrameBuffer {
+        int width;
+        int height;
+        unsigned name;
+        unsigned color;
+        unsigned depth; // 0: none
+    };
+
     void make_context();
-    void make_frame_buffer();
+    void add_frame_buffer(int width, int height, bool with_depth);
 
     int width_;
     int height_;
     void* display_ = nullptr;
     void* context_ = nullptr;
-    unsigned frame_buffer_ = 0;
-    unsigned render_buffers_[2] = {0, 0}; // colour, depth
+    std::vector<FrameBuffer> buffers_; // what the show draws into, then each half the size of the one before
 };

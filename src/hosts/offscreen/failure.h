@@ -5,9 +5,8 @@
 #include <string>
 
 // Exit statuses besides 0 and what the show itself exits with.
-constexpr int kStatusFailed = 1;      // what was asked for could not be done
-constexpr int kStatusUsage = 2;       // what was asked for makes no sense
-constexpr int kStatusInterrupted = 3; // a signal asked to stop; what had been done by then is kept
+constexpr int kStatusFailed = 1; // what was asked for could not be done
+constexpr int kStatusUsage = 2;  // what was asked for makes no sense
 
 class Failure : public std::runtime_error {
 public:

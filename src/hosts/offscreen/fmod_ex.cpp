@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <vector>
+
 #include <unistd.h>
 
 struct FMOD_SYSTEM {

@@ -5,4 +5,3 @@
 
 // The multiple, 1 or more. Set it before the show draws.
 void set_gl_scale(int scale);
-int gl_scale();

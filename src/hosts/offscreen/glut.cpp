@@ -31,7 +31,10 @@ void display_once() {
 extern "C" {
 
 void FGAPIENTRY glutInit(int*, char**) {
-    for_show([] { end_prompt(); });
+    for_show([] {
+        end_prompt();
+        the_run().begin();
+    });
 }
 
 void FGAPIENTRY glutInitDisplayMode(unsigned int) {} // there is one kind of surface: colour and depth

@@ -7,7 +7,6 @@
 #include "hosts/offscreen/run.h"
 
 #include <cstdio>
-#include <filesystem>
 
 // The linker gives the program's entry to the first and the show's to the second (--wrap=main).
 extern "C" int __wrap_main(int argc, char** argv);
@@ -15,19 +14,14 @@ extern "C" int __real_main(int argc, char** argv);
 
 int __wrap_main(int argc, char** argv) {
     try {
-        Options options = parse_options(argc, argv);
+        const Options options = parse_options(argc, argv);
         if (options.help) {
             std::fputs(kHelp, stdout);
             return 0;
         }
-        if (options.output != "-") {
-            const bool folder = options.output.back() == '/';
-            options.output = std::filesystem::absolute(options.output).string();
-            if (folder && options.output.back() != '/') options.output += '/';
-        }
         enter_data_folder(options.data);
         start_run(options);
-        begin_prompt(options.language, options.output == "-");
+        begin_prompt(options.language, options.job == Job::stream);
     } catch (const Failure& failure) {
         std::fprintf(stderr, "skav-export: %s\n", failure.what());
         return failure.status();

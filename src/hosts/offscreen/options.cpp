@@ -1,35 +1,77 @@
 #include "hosts/offscreen/options.h"
 
 #include "hosts/offscreen/failure.h"
-#include "hosts/offscreen/running_order.h"
+#include "hosts/offscreen/video_writer.h"
 
 #include <getopt.h>
 
+#include <filesystem>
+
 const char kHelp[] =
-    R"(usage: skav-export --still TIME [--still TIME ...] -o FILE.png|FOLDER
+    R"(The show as video, stills or storyboard: drawn without a display, frame by frame, with its music.
 
-Pictures of the show, without a display and frame-exact. Times are show times: seconds (12.5) or m:ss (1:14.3),
-up to 162.
+  skav-export -o show.mp4                       the whole show
+  skav-export --still 12.5 -o picture.png       one picture; several --still go to a folder
+  skav-export --sheet sheet.png                 a storyboard
+  skav-export --frames folder                   every frame as a PNG file
+  skav-export -o - | player -                   frames on standard output
 
-  -o, --output PATH    where to: a PNG file for one still, a folder for several
-      --still TIME     the picture on screen at TIME; may be given many times
-      --fps RATE       frames per second: 60 (default), 29.97, 30000/1001, ...
-      --scale N        draw at N times 1024x768, text and geometry sharp (1 to 4)
-      --language LANG  en or de; without it the show asks on standard input
-      --data FOLDER    where the music and the fonts are (default: here, else ./data)
-  -q, --quiet          say nothing unless something fails
-  -h, --help           this text
+What to make:
+  -o, --output PATH   .mp4 (AAC sound), .mkv (FLAC) or .mov (PCM); a PNG file or a folder with --still; - for
+                      standard output
+      --still TIME    the picture on screen at TIME ("loading": the loading screen); may be given many times
+      --sheet FILE    a PNG file with a small picture of every cue and moment
+      --frames FOLDER frame-000000.png and so on, counted over the whole show
+      --format FORMAT what goes to standard output: y4m (default) or rgb (raw, 3 bytes a pixel)
+
+How much of it (times are show times, in seconds or m:ss, up to 162):
+      --from TIME     begin with the first frame at TIME or later
+      --to TIME       end before the first frame at TIME or later: ranges that meet join without a seam
+      --fps RATE      frames per second: 60 (default), 29.97, 30000/1001, ...
+
+How it looks:
+      --scale N       draw at N times 1024x768, text and geometry sharp: 1 (default) to 4
+      --supersample N smooth edges: draw at N times the size and average, 2 or 4
+      --crf N         quality of the video, 0 (lossless) to 51: 18 (default)
+      --language LANG en or de; without it the show asks on standard input
+
+      --data FOLDER   where the music and the fonts are (default: here, else ./data)
+  -q, --quiet         say nothing unless something fails
+  -h, --help          this text
+
+Ctrl-C ends an export early; a video then holds what was drawn so far. The exit status is 0 when all is written,
+1 when something failed, 2 when the command line makes no sense, 128 and the signal's number after a signal.
 )";
 
 namespace {
 
-enum LongOption { kStill = 256, kFps, kScale, kLanguage, kData };
+enum LongOption {
+    kStill = 256,
+    kSheet,
+    kFrames,
+    kFormat,
+    kFrom,
+    kTo,
+    kFps,
+    kScale,
+    kSupersample,
+    kCrf,
+    kLanguage,
+    kData
+};
 
 const option kLongOptions[] = {
     {"output", required_argument, nullptr, 'o'},
     {"still", required_argument, nullptr, kStill},
+    {"sheet", required_argument, nullptr, kSheet},
+    {"frames", required_argument, nullptr, kFrames},
+    {"format", required_argument, nullptr, kFormat},
+    {"from", required_argument, nullptr, kFrom},
+    {"to", required_argument, nullptr, kTo},
     {"fps", required_argument, nullptr, kFps},
     {"scale", required_argument, nullptr, kScale},
+    {"supersample", required_argument, nullptr, kSupersample},
+    {"crf", required_argument, nullptr, kCrf},
     {"language", required_argument, nullptr, kLanguage},
     {"data", required_argument, nullptr, kData},
     {"quiet", no_argument, nullptr, 'q'},
@@ -41,61 +83,137 @@ const option kLongOptions[] = {
     throw Failure(message + " (--help tells all options)", kStatusUsage);
 }
 
-ShowTime show_time(const char* option, const std::string& text) {
+ShowTime show_time(const std::string& option, const std::string& text) {
     const auto time = parse_time(text);
-    if (!time) fail(std::string(option) + ": '" + text + "' is not a time such as 12.5 or 1:14.3");
-    if (*time > kShowEnd) fail(std::string(option) + ": the show ends at 162 s, before " + text);
+    if (!time) fail(option + ": '" + text + "' is not a time such as 12.5 or 1:14.3");
+    if (*time > kShowEnd) fail(option + ": the show ends at 162 s, before " + text);
     return *time;
 }
 
-int whole_number(const char* option, const std::string& text, int least, int most) {
+int whole_number(const std::string& option, const std::string& text, int least, int most) {
     for (int value = least; value <= most; ++value) {
         if (text == std::to_string(value)) return value;
     }
-    fail(std::string(option) + ": '" + text + "' is not a whole number from " + std::to_string(least) +
-         " to " + std::to_string(most));
+    fail(option + ": '" + text + "' is not a whole number from " + std::to_string(least) + " to " +
+         std::to_string(most));
 }
 
-Language language(const std::string& text) {
-    if (text == "en") return Language::english;
-    if (text == "de") return Language::german;
-    fail("--language: '" + text + "' is neither en nor de");
+FrameRate frame_rate(const std::string& text) {
+    const auto rate = parse_rate(text);
+    if (!rate) fail("--fps: '" + text + "' is not a rate from 1 to 1000 such as 60, 29.97 or 30000/1001");
+    return *rate;
 }
 
-// What getopt could not read, as the user wrote it.
-std::string offending(char** argv, int last_option) {
-    if (optopt != 0 && optopt < 256) return std::string("-") + static_cast<char>(optopt);
-    return argv[last_option];
+template <typename Value>
+Value one_of(const std::string& option, const std::string& text,
+             std::initializer_list<std::pair<const char*, Value>> choices) {
+    std::string known;
+    for (const auto& [name, value] : choices) {
+        if (text == name) return value;
+        known += (known.empty() ? "" : " or ") + std::string(name);
+    }
+    fail(option + ": '" + text + "' is not " + known);
+}
+
+// The option that getopt did not like, as the user wrote it.
+std::string offending(char** argv, int index) {
+    if (optopt > 0 && optopt < kStill && argv[index][1] != '-') {
+        return std::string("-") + static_cast<char>(optopt);
+    }
+    return argv[index];
+}
+
+// What the command line gives besides the options themselves, until it is all read.
+struct Targets {
+    std::string output;
+    std::string sheet;
+    std::string frames;
+    bool format = false;
+    bool range = false;
+    bool crf = false;
+};
+
+// Decides what is to be made; one thing at a time.
+void choose_job(Options& options, const Targets& targets) {
+    const bool stills = !options.stills.empty();
+    const bool stream = targets.output == "-";
+    if (stills + !targets.sheet.empty() + !targets.frames.empty() > 1) {
+        fail("--still, --sheet and --frames are made one at a time");
+    }
+    if (!targets.sheet.empty() || !targets.frames.empty()) {
+        options.job = targets.sheet.empty() ? Job::frames : Job::sheet;
+        if (!targets.output.empty()) fail("-o: --sheet and --frames say themselves where to");
+        options.output = targets.sheet.empty() ? targets.frames : targets.sheet;
+    } else {
+        if (targets.output.empty()) fail("-o is missing: where shall the result go?");
+        if (stills && stream) fail("--still: stills are PNG files, -o - is for a stream of frames");
+        options.job = stills ? Job::stills : stream ? Job::stream : Job::video;
+        options.output = targets.output;
+        if (options.job == Job::video && !VideoWriter::has_known_extension(options.output)) {
+            fail("-o: '" + options.output + "' ends in none of .mp4, .mkv, .mov");
+        }
+    }
+    const bool pictures_only = options.job == Job::stills || options.job == Job::sheet;
+    if (targets.range && pictures_only) fail("--from and --to: stills and the storyboard have no range");
+    if (targets.format && options.job != Job::stream) fail("--format is for -o - only");
+    if (targets.crf && options.job != Job::video) fail("--crf is for video files only");
+    if (options.from >= options.to) fail("--from and --to: nothing lies between them");
 }
 
 } // namespace
 
 Options parse_options(int argc, char** argv) {
     Options options;
+    Targets targets;
     opterr = 0;
+    optind = 1;
     for (;;) {
-        const int at = optind;
+        const int index = optind;
         const int found = getopt_long(argc, argv, ":o:qh", kLongOptions, nullptr);
         if (found == -1) break;
         const std::string value = optarg ? optarg : "";
         switch (found) {
         case 'o':
-            options.output = value;
+            targets.output = value;
             break;
         case kStill:
-            options.stills.push_back(show_time("--still", value));
+            options.stills.push_back(value == "loading" ? kLoadingTime : show_time("--still", value));
             break;
-        case kFps: {
-            const auto rate = parse_rate(value);
-            if (!rate) fail("--fps: '" + value + "' is not a rate from 1 to 1000 such as 60 or 30000/1001");
-            options.rate = *rate;
+        case kSheet:
+            targets.sheet = value;
             break;
-        }
+        case kFrames:
+            targets.frames = value;
+            break;
+        case kFormat:
+            targets.format = true;
+            options.format = one_of<StreamFormat>("--format", value,
+                                                  {{"y4m", StreamFormat::y4m}, {"rgb", StreamFormat::rgb}});
+            break;
+        case kFrom:
+            targets.range = true;
+            options.from = show_time("--from", value);
+            break;
+        case kTo:
+            targets.range = true;
+            options.to = show_time("--to", value);
+            break;
+        case kFps:
+            options.rate = frame_rate(value);
+            break;
         case kScale:
             options.scale = whole_number("--scale", value, 1, 4);
             break;
+        case kSupersample:
+            options.supersample = one_of<int>("--supersample", value, {{"1", 1}, {"2", 2}, {"4", 4}});
+            break;
+        case kCrf:
+            targets.crf = true;
+            options.crf = whole_number("--crf", value, 0, 51);
+            break;
         case kLanguage:
-            options.language = language(value);
+            options.language =
+                one_of<Language>("--language", value, {{"en", Language::english}, {"de", Language::german}});
             break;
         case kData:
             options.data = value;
@@ -107,13 +225,17 @@ Options parse_options(int argc, char** argv) {
             options.help = true;
             return options;
         case ':':
-            fail(offending(argv, at) + " needs a value");
+            fail(offending(argv, index) + " needs a value");
         default:
-            fail("unknown option " + offending(argv, at));
+            fail("unknown option " + offending(argv, index));
         }
     }
     if (optind < argc) fail(std::string("what is '") + argv[optind] + "' for?");
-    if (options.output.empty()) fail("-o is missing: where shall the result go?");
-    if (options.stills.empty()) fail("nothing to do: --still is missing");
+    choose_job(options, targets);
+    if (options.job != Job::stream) {
+        // The show runs in another folder.
+        const bool folder = options.output.back() == '/';
+        options.output = std::filesystem::absolute(options.output).string() + (folder ? "/" : "");
+    }
     return options;
 }

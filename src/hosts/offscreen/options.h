@@ -1,21 +1,36 @@
 // The command line of skav-export.
 #pragma once
 
+#include "hosts/offscreen/running_order.h"
+#include "hosts/offscreen/stream_writer.h"
 #include "hosts/offscreen/times.h"
 
-#include <optional>
 #include <string>
 #include <vector>
 
 enum class Language { ask, german, english };
 
+enum class Job {
+    stills, // PNG files of single moments
+    sheet,  // the storyboard
+    frames, // a PNG file for every frame
+    video,  // a video file
+    stream, // bytes on standard output
+};
+
 struct Options {
-    std::string output;           // a file, a folder for several stills, or "-"
-    std::vector<ShowTime> stills; // in the order given
-    Language language = Language::ask;
-    std::string data; // the folder of music and fonts; empty: look for it
+    Job job = Job::video;
+    std::string output; // file or folder, absolute; "-" for a stream
+    std::vector<ShowTime> stills;
+    ShowTime from = 0;
+    ShowTime to = kShowEnd; // not included
     FrameRate rate;
-    int scale = 1; // of the picture: 1..4
+    int scale = 1;       // of the picture: 1..4
+    int supersample = 1; // 1, 2 or 4
+    int crf = 18;
+    StreamFormat format = StreamFormat::y4m;
+    Language language = Language::ask;
+    std::string data; // folder; empty: look for it
     bool quiet = false;
     bool help = false;
 };

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 
 namespace {
 
@@ -78,4 +79,10 @@ void write_png(const Picture& picture, const std::string& path) {
     for (int y = 0; y < picture.height; ++y) png_write_row(png, picture.row(y));
     png_write_end(png, info);
     file.commit();
+}
+
+void make_folder(const std::string& folder) {
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) throw Failure("cannot make the folder " + folder + ": " + error.message());
 }

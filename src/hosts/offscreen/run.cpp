@@ -1,28 +1,37 @@
 #include "hosts/offscreen/run.h"
 
-#include "hosts/offscreen/gl_next.h"
+#include "hosts/offscreen/frame_folder.h"
 #include "hosts/offscreen/gl_scale.h"
 #include "hosts/offscreen/gl_skip.h"
+#include "hosts/offscreen/running_order.h"
+#include "hosts/offscreen/sheet.h"
 #include "hosts/offscreen/stills.h"
+#include "hosts/offscreen/stream_writer.h"
+#include "hosts/offscreen/video_writer.h"
 
-#include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <utility>
 
-// The C library's exit, behind the one that the show calls (see __wrap_exit).
+#include <unistd.h>
+
+// The linker gives the show's exit to the first and the C library's own to the second (--wrap=exit).
+extern "C" [[noreturn]] void __wrap_exit(int status);
 extern "C" [[noreturn]] void __real_exit(int status);
 
 namespace {
 
 std::unique_ptr<Run> g_run;
 
-Picture read_picture(const EglScreen& screen) {
-    Picture picture;
-    picture.width = screen.width();
-    picture.height = screen.height();
-    picture.pixels.resize(picture.stride() * static_cast<std::size_t>(picture.height));
-    glReadPixels(0, 0, picture.width, picture.height, GL_RGBA, GL_UNSIGNED_BYTE, picture.pixels.data());
-    return picture;
+volatile std::sig_atomic_t g_signal = 0; // the one that asked to stop
+
+void note_signal(int signal) { g_signal = signal; }
+
+void note_signals() {
+    for (int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, note_signal);
+    std::signal(SIGPIPE, SIG_IGN); // writing to a pipe that nobody reads fails and is told
 }
 
 } // namespace
@@ -30,55 +39,162 @@ Picture read_picture(const EglScreen& screen) {
 void start_run(const Options& options) { g_run = std::make_unique<Run>(options); }
 Run& the_run() { return *g_run; }
 
+void __wrap_exit(int status) { the_run().show_ended(status); }
+
 Run::Run(const Options& options) : options_(options), frames_(options.rate), clock_(options.rate) {
-    for (ShowTime time : options_.stills) wanted_.push_back(frames_.frame_on_screen_at(time));
-    std::sort(wanted_.begin(), wanted_.end());
-    sink_ = std::make_unique<Stills>(options_.stills, frames_, options_.output);
     set_clock(&clock_);
-    set_gl_scale(options_.scale);
+    set_gl_scale(options_.scale * options_.supersample);
+}
+
+void Run::begin() {
+    attempt_ = begin_attempts();
+    note_signals();
+    make_sink();
+    drawn_.add(wanted_);
+    drawn_.add(attempt_.must_draw);
+    frames_to_drop_ = attempt_.delivered;
+    const std::int64_t pictures = wanted_.size();
+    progress_ = std::make_unique<Progress>(options_.quiet, pictures, wanted_.last() + 1 - pictures);
+}
+
+void Run::make_sink() {
+    switch (options_.job) {
+    case Job::stills: {
+        auto stills = std::make_unique<Stills>(options_.stills, frames_, options_.output);
+        wanted_ = stills->frames();
+        sink_ = std::move(stills);
+        return;
+    }
+    case Job::sheet: {
+        auto sheet = std::make_unique<Sheet>(options_.output, frames_);
+        wanted_ = sheet->frames();
+        sink_ = std::move(sheet);
+        return;
+    }
+    case Job::frames:
+        sink_ = std::make_unique<FrameFolder>(options_.output);
+        break;
+    case Job::video:
+        sink_ = std::make_unique<VideoWriter>(options_.output, frames_, options_.crf);
+        break;
+    case Job::stream:
+        sink_ = std::make_unique<StreamWriter>(STDOUT_FILENO, options_.format, options_.rate,
+                                               attempt_.delivered > 0);
+        break;
+    }
+    wanted_.add(frames_.first_frame_at(options_.from), frames_.first_frame_at(options_.to));
+    if (wanted_.empty()) throw Failure("no frame begins between --from and --to at this rate", kStatusUsage);
 }
 
 void Run::open_screen(int width, int height) {
     if (screen_) return;
-    screen_ = std::make_unique<EglScreen>(width * options_.scale, height * options_.scale);
+    screen_ =
+        std::make_unique<EglScreen>(width * options_.scale, height * options_.scale, options_.supersample);
+    output_ = std::make_unique<OutputThread>(*sink_);
+    reader_ = std::make_unique<FrameReader>(
+        *screen_, [this] { return output_->blank(); },
+        [this](PicturePtr picture) { output_->deliver(std::move(picture)); });
 }
 
-void Run::begin_display() { set_gl_skip(!clock_.running() || !wants(clock_.frame())); }
+void Run::begin_display() {
+    if (frame() > frames_.count()) throw Failure("the show goes on after the end that running_order.h tells");
+    begin_gl_frame(frame(), drawn_.contains(frame()));
+}
 
 void Run::swap_buffers() {
-    if (!clock_.running() || !wants(clock_.frame())) return;
-    Picture picture = read_picture(*screen_);
-    picture.frame = clock_.frame();
-    picture.time = frames_.time_of(picture.frame);
-    sink_->take(picture);
+    stop_if_asked();
+    if (!loading_ && wanted_.contains(frame())) take_picture();
 }
 
 void Run::end_display() {
-    if (clock_.running() && clock_.frame() >= wanted_.back()) end(EXIT_SUCCESS);
-    clock_.next_frame();
+    stop_if_asked();
+    check_music();
+    if (loading_) {
+        if (!clock_.running()) return;
+        if (wanted_.contains(frame())) take_picture();
+    } else {
+        progress_->frame(frames_.time_of(frame()), wanted_.contains(frame()));
+    }
+    // The show's last frame is followed by the show's own end.
+    if (frame() == wanted_.last() && frame() + 1 < frames_.count()) end(EXIT_SUCCESS);
+    if (!loading_) clock_.next_frame();
+    loading_ = false;
 }
 
-bool Run::wants(std::int64_t frame) const {
-    return std::binary_search(wanted_.begin(), wanted_.end(), frame);
+// Hands the picture on the screen on to the sink, if the frames that it is made of were drawn.
+void Run::take_picture() {
+    if (!picture_origin().all_drawn()) start_over();
+    if (frames_to_drop_ > 0) {
+        --frames_to_drop_;
+        return;
+    }
+    reader_->read({frame(), frames_.time_of(frame()), clock_.playing()});
+}
+
+void Run::start_over() {
+    const std::int64_t since = picture_origin().since();
+    const std::int64_t end = frame() + 1;
+    std::int64_t delivered = 0;
+    if (options_.job == Job::stream) {
+        reader_->drain();
+        output_->finish();
+        delivered = attempt_.delivered + output_->taken();
+    }
+    progress_->clear();
+    g_run.reset();
+    try_again(since, end, delivered);
+}
+
+// The clock's jump is told in running_order.h; a show that has moved it must not be exported with the old
+// one.
+void Run::check_music() const {
+    const auto playing = clock_.playing();
+    if (!playing || playing->from_frame == 0 || playing->from_frame == frames_.switch_frame()) return;
+    throw Failure("the show starts " + playing->file + " at another time than running_order.h tells");
+}
+
+void Run::stop_if_asked() {
+    if (g_signal == 0) return;
+    const int status = 128 + g_signal;
+    complete();
+    const std::int64_t pictures = progress_->pictures();
+    progress_->clear();
+    std::fprintf(stderr, "skav-export: stopped by a signal after %lld of %lld pictures: %s\n",
+                 static_cast<long long>(pictures), static_cast<long long>(wanted_.size()),
+                 options_.output.c_str());
+    leave(status);
+}
+
+void Run::show_ended(int status) {
+    for_show([&] {
+        if (loading_ || frame() <= wanted_.last()) {
+            throw Failure("the show ended by itself before the last wanted frame");
+        }
+        end(status);
+    });
+    leave(status);
+}
+
+void Run::complete() {
+    if (reader_) reader_->drain();
+    if (output_) output_->finish();
+    sink_->finish();
 }
 
 void Run::end(int status) {
-    try {
-        sink_->finish();
-    } catch (const Failure& failure) {
-        fail(failure);
-    }
-    g_run.reset();
-    __real_exit(status);
+    complete();
+    progress_->complete(options_.job == Job::stream ? "standard output" : options_.output);
+    leave(status);
 }
 
 void Run::fail(const Failure& failure) {
-    std::fprintf(stderr, "skav-export: %s\n", failure.what());
-    const int status = failure.status();
+    if (progress_) progress_->clear();
+    const std::string kept = sink_ ? "; " + sink_->after_failure() : "";
+    std::fprintf(stderr, "skav-export: %s%s\n", failure.what(), kept.c_str());
+    leave(failure.status());
+}
+
+void Run::leave(int status) {
     g_run.reset();
     __real_exit(status);
 }
-
-// The show ends the process by itself; what it drew until then is completed first.
-extern "C" [[noreturn]] void __wrap_exit(int status);
-extern "C" void __wrap_exit(int status) { the_run().end(status); }

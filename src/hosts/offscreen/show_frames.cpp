@@ -10,6 +10,7 @@ ShowFrames::ShowFrames(FrameRate rate)
 }
 
 ShowTime ShowFrames::time_of(std::int64_t index) const {
+    if (index == kLoadingFrame) return kLoadingTime;
     if (index <= switch_) return rate_.time_of(index);
     return kPieces[1].clock + rate_.time_of(index - switch_);
 }
@@ -22,6 +23,7 @@ std::int64_t ShowFrames::first_frame_at(ShowTime time) const {
 }
 
 std::int64_t ShowFrames::frame_on_screen_at(ShowTime time) const {
+    if (time == kLoadingTime) return kLoadingFrame;
     const std::int64_t after = first_frame_at(time);
     const std::int64_t frame = time_of(after) == time ? after : after - 1;
     return std::clamp<std::int64_t>(frame, 0, count_ - 1);

@@ -6,6 +6,9 @@
 
 #include <cstdint>
 
+// Stands for everything that is drawn before the first frame: the loading screens.
+constexpr std::int64_t kLoadingFrame = -1;
+
 class ShowFrames {
 public:
     explicit ShowFrames(FrameRate rate);
@@ -25,7 +28,7 @@ public:
     // those from first_frame_at(from) up to, but not including, first_frame_at(to).
     std::int64_t first_frame_at(ShowTime time) const;
 
-    // The frame that is on screen at `time` (0..kShowEnd).
+    // The frame that is on screen at `time` (0..kShowEnd, or kLoadingTime for the last loading screen).
     std::int64_t frame_on_screen_at(ShowTime time) const;
 
 private:

@@ -11,6 +11,9 @@ using ShowTime = std::int64_t;
 
 constexpr ShowTime kSecond = 1'000'000;
 
+// Stands for everything before the show's first moment: the loading screen.
+constexpr ShowTime kLoadingTime = -1;
+
 // Frames per second as a fraction; both parts positive.
 struct FrameRate {
     std::int64_t frames = 60;

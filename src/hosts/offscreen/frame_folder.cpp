@@ -1,0 +1,14 @@
+#include "hosts/offscreen/frame_folder.h"
+
+#include "hosts/offscreen/png_file.h"
+
+#include <cinttypes>
+#include <cstdio>
+
+FrameFolder::FrameFolder(const std::string& folder) : folder_(folder) { make_folder(folder); }
+
+void FrameFolder::take(const Picture& picture) {
+    char name[40];
+    std::snprintf(name, sizeof name, "/frame-%06" PRId64 ".png", picture.info.frame);
+    write_png(picture, folder_ + name);
+}

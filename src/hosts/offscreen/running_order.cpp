@@ -1,1 +1,0 @@
-#include "hosts/offscreen/running_order.h"

@@ -1,0 +1,32 @@
+// Pictures as video has them: 4:2:0, BT.709, limited range.
+#pragma once
+
+#include "hosts/offscreen/picture.h"
+
+#include <memory>
+
+struct AVFrame;
+struct SwsContext;
+
+// Frees a frame of libavutil.
+struct AvFrameDeleter {
+    void operator()(AVFrame* frame) const;
+};
+using AvFramePtr = std::unique_ptr<AVFrame, AvFrameDeleter>;
+
+// A frame of that size, its colours tagged. Throws Failure when there is no memory.
+AvFramePtr make_yuv_frame(int width, int height);
+
+class YuvConverter {
+public:
+    YuvConverter(int width, int height);
+    ~YuvConverter();
+    YuvConverter(const YuvConverter&) = delete;
+    YuvConverter& operator=(const YuvConverter&) = delete;
+
+    // Writes `picture` into `frame`; both have the converter's size.
+    void convert(const Picture& picture, AVFrame& frame) const;
+
+private:
+    SwsContext* context_;
+};
