@@ -1,14 +1,14 @@
-// The FMOD Ex calls on the virtual clock. The host checks the music files before the show starts, so that
-// opening one here only has to remember its name.
+// The FMOD Ex calls on the virtual clock. Music that cannot be opened ends the export: without it the show
+// would stand still, and there is nothing to wait for.
 #include "hosts/fmod_ex.h"
 
+#include "hosts/mp3/mp3_stream.h"
 #include "hosts/offscreen/clock.h"
+#include "hosts/offscreen/run.h"
 
 #include <algorithm>
 #include <memory>
 #include <vector>
-
-#include <unistd.h>
 
 struct FMOD_SYSTEM {
     bool initialised = false;
@@ -30,6 +30,19 @@ FMOD_CHANNEL g_channel; // the only one
 bool is_open(const FMOD_SOUND* sound) {
     return sound && std::any_of(g_sounds.begin(), g_sounds.end(),
                                 [sound](const auto& open) { return open.get() == sound; });
+}
+
+void check_music(const char* file) {
+    Mp3Error error = Mp3Error::none;
+    if (Mp3Stream::open(file, error)) return;
+    switch (error) {
+    case Mp3Error::not_found:
+        throw Failure(std::string("the show's music ") + file + " is missing");
+    case Mp3Error::not_mp3:
+        throw Failure(std::string(file) + " is not an MP3 file");
+    default:
+        throw Failure(std::string("cannot read ") + file);
+    }
 }
 
 } // namespace
@@ -60,7 +73,7 @@ FMOD_RESULT FMOD_System_CreateSound(FMOD_SYSTEM* system, const char* name_or_dat
     if (!system || system != g_system.get()) return FMOD_ERR_INVALID_HANDLE;
     if (!system->initialised) return FMOD_ERR_UNINITIALIZED;
     if (!name_or_data) return FMOD_ERR_INVALID_PARAM;
-    if (access(name_or_data, R_OK) != 0) return FMOD_ERR_FILE_NOTFOUND;
+    for_show([&] { check_music(name_or_data); });
     g_sounds.push_back(std::make_unique<FMOD_SOUND>(FMOD_SOUND{name_or_data}));
     *sound = g_sounds.back().get();
     return FMOD_OK;

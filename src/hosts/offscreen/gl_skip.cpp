@@ -18,10 +18,7 @@ bool g_skip = false;
 bool g_compiling = false;         // a display list, without executing it
 GLuint g_list = 0;                // the one being compiled
 std::set<GLuint> g_binding_lists; // lists that bind textures of their own
-bool g_drop_vertices = false;     // g_skip, but for lists being compiled
 PictureOrigin g_origin;
-
-void update_drop() { g_drop_vertices = g_skip && !g_compiling; }
 
 unsigned bound_texture() {
     GLint texture = 0;
@@ -56,17 +53,30 @@ void note_list(GLuint list) {
     }
 }
 
+// A query that has counted no samples.
+GLuint query_without_samples() {
+    static GLuint query = 0;
+    if (query == 0) {
+        glGenQueries(1, &query);
+        glBeginQuery(GL_SAMPLES_PASSED, query);
+        glEndQuery(GL_SAMPLES_PASSED);
+    }
+    return query;
+}
+
 } // namespace
 
 void begin_gl_frame(std::int64_t frame, bool drawn) {
     g_origin.begin_frame(frame, drawn);
+    if (g_skip == !drawn) return;
     g_skip = !drawn;
-    update_drop();
-    // Drops primitives and clears, also those of display lists, and leaves everything else as it is.
+    // A condition that is never met. The vertices of a skipped frame still go where those of a drawn one go, up
+    // to the driver: how it cuts the stream of vertices into batches depends on all that came before, and the
+    // last bit of a pixel may depend on that.
     if (g_skip) {
-        glEnable(GL_RASTERIZER_DISCARD);
+        glBeginConditionalRender(query_without_samples(), GL_QUERY_WAIT);
     } else {
-        glDisable(GL_RASTERIZER_DISCARD);
+        glEndConditionalRender();
     }
 }
 
@@ -86,14 +96,12 @@ void GLAPIENTRY glNewList(GLuint list, GLenum mode) {
     g_compiling = mode == GL_COMPILE;
     g_list = list;
     g_binding_lists.erase(list);
-    update_drop();
     next_glNewList(list, mode);
 }
 
 void GLAPIENTRY glEndList(void) {
     g_compiling = false;
     g_list = 0;
-    update_drop();
     next_glEndList();
 }
 
@@ -131,24 +139,5 @@ void GLAPIENTRY glClear(GLbitfield buffers) {
     }
     next_glClear(buffers);
 }
-
-// Every form of glVertex.
-#define SKAV_VERTEX(name, parameters, arguments)                                                             \
-    void GLAPIENTRY name parameters {                                                                        \
-        SKAV_NEXT_GL(name);                                                                                  \
-        if (!g_drop_vertices) next_##name arguments;                                                         \
-    }
-#define SKAV_VERTICES(suffix, type)                                                                          \
-    SKAV_VERTEX(glVertex2##suffix, (type x, type y), (x, y))                                                 \
-    SKAV_VERTEX(glVertex3##suffix, (type x, type y, type z), (x, y, z))                                      \
-    SKAV_VERTEX(glVertex4##suffix, (type x, type y, type z, type w), (x, y, z, w))                           \
-    SKAV_VERTEX(glVertex2##suffix##v, (const type* v), (v))                                                  \
-    SKAV_VERTEX(glVertex3##suffix##v, (const type* v), (v))                                                  \
-    SKAV_VERTEX(glVertex4##suffix##v, (const type* v), (v))
-
-SKAV_VERTICES(s, GLshort)
-SKAV_VERTICES(i, GLint)
-SKAV_VERTICES(f, GLfloat)
-SKAV_VERTICES(d, GLdouble)
 
 } // extern "C"

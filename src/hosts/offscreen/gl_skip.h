@@ -2,7 +2,7 @@
 //
 // In a skipped frame every GL call is still made and leaves GL as in a frame that is drawn: matrices, lights,
 // bindings, the current colour, normal and texture coordinate that the next frame may inherit, even the error
-// flag. Only pixels are not touched, and vertices, which leave nothing behind, go nowhere.
+// flag. Only pixels are not touched. A copy from the frame buffer gives the texture its size, and no picture.
 //
 // Followed are immediate mode, display lists, clears and copies to textures: all that the show draws with.
 #pragma once

@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr int kMostIdleCalls = 10'000; // without asking for a frame
+
 int g_width = 300; // GLUT's own default until the program sets a size
 int g_height = 300;
 std::string g_game_mode;
@@ -72,12 +74,15 @@ void FGAPIENTRY glutSwapBuffers(void) {
 void FGAPIENTRY glutMainLoop(void) {
     for_show([] {
         if (g_on_reshape) g_on_reshape(g_width, g_height);
-        for (;;) {
+        for (int idle_calls = 0; idle_calls < kMostIdleCalls; ++idle_calls) {
             if (!g_on_display) throw Failure("the show has set nothing to display");
-            if (g_redisplay) display_once();
+            if (g_redisplay) {
+                display_once();
+                idle_calls = 0;
+            }
             if (g_on_idle) g_on_idle();
-            if (!g_redisplay && !g_on_idle) throw Failure("the show has stopped asking for frames");
         }
+        throw Failure("the show has stopped asking for frames");
     });
 }
 

@@ -26,13 +26,14 @@ std::string minutes_text(double seconds) {
 
 } // namespace
 
-Progress::Progress(bool quiet, std::int64_t pictures, std::int64_t skipped)
-    : quiet_(quiet), terminal_(isatty(STDERR_FILENO) != 0), pictures_(pictures), skipped_(skipped),
-      begin_(Clock::now()), shown_(begin_), first_picture_(begin_) {}
+Progress::Progress(bool quiet, std::int64_t to_draw, std::int64_t to_skip)
+    : quiet_(quiet), terminal_(isatty(STDERR_FILENO) != 0), to_draw_(to_draw), to_skip_(to_skip),
+      begin_(Clock::now()), shown_(begin_), first_drawn_(begin_) {}
 
-void Progress::frame(ShowTime time, bool picture) {
-    if (pictures_done_ == 0 && picture) first_picture_ = Clock::now();
-    ++(picture ? pictures_done_ : skipped_done_);
+void Progress::frame(ShowTime time, bool drawn, bool wanted) {
+    if (drawn_ == 0 && drawn) first_drawn_ = Clock::now();
+    ++(drawn ? drawn_ : skipped_);
+    if (wanted) ++pictures_;
     if (quiet_) return;
     if (terminal_) {
         if (Clock::now() - shown_ < kBetweenBars) return;
@@ -49,16 +50,15 @@ void Progress::frame(ShowTime time, bool picture) {
 }
 
 double Progress::done() const {
-    const double total = static_cast<double>(pictures_) + kSkippedCost * static_cast<double>(skipped_);
-    const double now =
-        static_cast<double>(pictures_done_) + kSkippedCost * static_cast<double>(skipped_done_);
-    return std::clamp(now / total, 0.0, 1.0);
+    const double total = static_cast<double>(to_draw_) + kSkippedCost * static_cast<double>(to_skip_);
+    const double now = static_cast<double>(drawn_) + kSkippedCost * static_cast<double>(skipped_);
+    return total > 0.0 ? std::clamp(now / total, 0.0, 1.0) : 1.0;
 }
 
 std::string Progress::status(ShowTime time) const {
     const auto now = Clock::now();
-    const double drawing = std::max(seconds_between(first_picture_, now), 1e-3);
-    const double rate = pictures_done_ > 1 ? static_cast<double>(pictures_done_ - 1) / drawing : 0.0;
+    const double drawing = std::max(seconds_between(first_drawn_, now), 1e-3);
+    const double rate = drawn_ > 1 ? static_cast<double>(drawn_ - 1) / drawing : 0.0;
     const double left = seconds_between(begin_, now) * (1.0 - done()) / std::max(done(), 1e-6);
     char text[120];
     std::snprintf(text, sizeof text, "%3d%%  show %s s  %.1f frames/s  %s left",
@@ -67,13 +67,18 @@ std::string Progress::status(ShowTime time) const {
     return text;
 }
 
+void Progress::note(const std::string& text) {
+    if (quiet_) return;
+    clear();
+    std::fprintf(stderr, "%s\n", text.c_str());
+}
+
 void Progress::complete(const std::string& what) {
     clear();
     if (quiet_) return;
-    const double drawing = std::max(seconds_between(first_picture_, Clock::now()), 1e-3);
-    std::fprintf(stderr, "%s: %" PRId64 " picture%s in %.1f s (%.1f per second)\n", what.c_str(),
-                 pictures_done_, pictures_done_ == 1 ? "" : "s", drawing,
-                 static_cast<double>(pictures_done_) / drawing);
+    const double drawing = std::max(seconds_between(first_drawn_, Clock::now()), 1e-3);
+    std::fprintf(stderr, "%s: %" PRId64 " picture%s in %.1f s (%.1f per second)\n", what.c_str(), pictures_,
+                 pictures_ == 1 ? "" : "s", drawing, static_cast<double>(pictures_) / drawing);
 }
 
 void Progress::clear() {

@@ -10,11 +10,14 @@
 
 class Progress {
 public:
-    // `pictures` are to be made; `skipped` frames lie before and between them. Quiet: says nothing at all.
-    Progress(bool quiet, std::int64_t pictures, std::int64_t skipped);
+    // What lies ahead: frames to be drawn and frames to be skipped. Quiet: says nothing at all.
+    Progress(bool quiet, std::int64_t to_draw, std::int64_t to_skip);
 
-    // A frame of show time `time` is done, with or without a picture of it.
-    void frame(ShowTime time, bool picture);
+    // The frame of show time `time` is done: drawn or skipped, and with a picture that was wanted or without.
+    void frame(ShowTime time, bool drawn, bool wanted);
+
+    // Something the user should know, in a line of its own.
+    void note(const std::string& text);
 
     // The export is complete: one line with what was made, how many pictures in how much time.
     void complete(const std::string& what);
@@ -22,7 +25,8 @@ public:
     // Removes the bar, so that a message can stand in its place.
     void clear();
 
-    std::int64_t pictures() const { return pictures_done_; }
+    // Wanted pictures so far.
+    std::int64_t pictures() const { return pictures_; }
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -33,12 +37,13 @@ private:
     bool quiet_;
     bool terminal_;
     bool bar_shown_ = false;
-    std::int64_t pictures_;
-    std::int64_t skipped_;
-    std::int64_t pictures_done_ = 0;
-    std::int64_t skipped_done_ = 0;
+    std::int64_t to_draw_;
+    std::int64_t to_skip_;
+    std::int64_t drawn_ = 0;
+    std::int64_t skipped_ = 0;
+    std::int64_t pictures_ = 0;
     int next_line_ = 10; // per cent
     Clock::time_point begin_;
     Clock::time_point shown_;
-    Clock::time_point first_picture_;
+    Clock::time_point first_drawn_;
 };

@@ -25,6 +25,8 @@ namespace {
 
 std::unique_ptr<Run> g_run;
 
+constexpr int kMostCallsBeforeMusic = 10'000; // display calls; the show needs about a hundred
+
 volatile std::sig_atomic_t g_signal = 0; // the one that asked to stop
 
 void note_signal(int signal) { g_signal = signal; }
@@ -53,8 +55,9 @@ void Run::begin() {
     drawn_.add(wanted_);
     drawn_.add(attempt_.must_draw);
     frames_to_drop_ = attempt_.delivered;
-    const std::int64_t pictures = wanted_.size();
-    progress_ = std::make_unique<Progress>(options_.quiet, pictures, wanted_.last() + 1 - pictures);
+    std::int64_t to_draw = 0;
+    for (std::int64_t frame = 0; frame <= wanted_.last(); ++frame) to_draw += drawn_.contains(frame);
+    progress_ = std::make_unique<Progress>(options_.quiet, to_draw, wanted_.last() + 1 - to_draw);
 }
 
 void Run::make_sink() {
@@ -97,6 +100,9 @@ void Run::open_screen(int width, int height) {
 }
 
 void Run::begin_display() {
+    if (loading_ && ++calls_before_music_ > kMostCallsBeforeMusic) {
+        throw Failure("the show does not start its music");
+    }
     if (frame() > frames_.count()) throw Failure("the show goes on after the end that running_order.h tells");
     begin_gl_frame(frame(), drawn_.contains(frame()));
 }
@@ -113,7 +119,7 @@ void Run::end_display() {
         if (!clock_.running()) return;
         if (wanted_.contains(frame())) take_picture();
     } else {
-        progress_->frame(frames_.time_of(frame()), wanted_.contains(frame()));
+        progress_->frame(frames_.time_of(frame()), drawn_.contains(frame()), wanted_.contains(frame()));
     }
     // The show's last frame is followed by the show's own end.
     if (frame() == wanted_.last() && frame() + 1 < frames_.count()) end(EXIT_SUCCESS);
@@ -140,7 +146,10 @@ void Run::start_over() {
         output_->finish();
         delivered = attempt_.delivered + output_->taken();
     }
-    progress_->clear();
+    progress_->note(
+        "The picture at " + seconds_text(frames_.time_of(frame())) + " s shows what was drawn " +
+        (since == kLoadingFrame ? "while loading" : "at " + seconds_text(frames_.time_of(since)) + " s") +
+        ": starting over, with all frames in between drawn");
     g_run.reset();
     try_again(since, end, delivered);
 }

@@ -51,6 +51,7 @@ private:
     ShowFrames frames_;
     Clock clock_;
     bool loading_ = true; // until the music has started and the call that started it has returned
+    int calls_before_music_ = 0;
     Attempt attempt_;
     std::int64_t frames_to_drop_ = 0; // wanted pictures that an earlier attempt has delivered
     FrameSet wanted_;

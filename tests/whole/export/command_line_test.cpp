@@ -1,0 +1,162 @@
+#include "programs.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include <sys/resource.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+int lines_in(const std::string& text) { return static_cast<int>(std::count(text.begin(), text.end(), '\n')); }
+
+void expect_one_line(const Finished& finished, int status, const std::string& named) {
+    EXPECT_EQ(finished.status, status) << finished.err;
+    EXPECT_EQ(lines_in(finished.err), 1) << finished.err;
+    EXPECT_NE(finished.err.find(named), std::string::npos) << finished.err;
+    EXPECT_EQ(finished.out, "");
+}
+
+// A folder with everything the show opens, by reference.
+void link_data(const TestFolder& folder) {
+    for (const auto& entry : fs::directory_iterator(SKAV_DATA)) {
+        fs::create_symlink(fs::absolute(entry.path()), folder / entry.path().filename().string());
+    }
+}
+
+TEST(CommandLine, HelpSaysItAllAndDoesNothing) {
+    const Finished finished = run_program({{SKAV_EXPORT, "--help"}, "", "", {}, {}, {}});
+    EXPECT_EQ(finished.status, 0);
+    EXPECT_NE(finished.out.find("--supersample"), std::string::npos);
+    EXPECT_EQ(finished.err, "");
+}
+
+TEST(CommandLine, AnUnknownOptionIsOneLineAndStatus2) {
+    expect_one_line(run_program(export_show({"--nonsense"})), 2, "--nonsense");
+}
+
+TEST(CommandLine, ABadTimeIsOneLineAndStatus2) {
+    TestFolder folder;
+    expect_one_line(run_program(export_show({"--still", "later", "-o", folder / "a.png"})), 2, "later");
+    EXPECT_TRUE(folder.names().empty());
+}
+
+TEST(CommandLine, ARangeWithoutAFrameIsOneLineAndStatus2) {
+    TestFolder folder;
+    expect_one_line(
+        run_program(export_show({"--fps", "1", "--from", "1.1", "--to", "1.9", "-o", folder / "a.mp4"})), 2,
+        "no frame begins");
+    EXPECT_TRUE(folder.names().empty());
+}
+
+TEST(CommandLine, AnOutputThatCannotBeWrittenIsOneLineAndStatus1) {
+    expect_one_line(run_program(export_show({"-o", "/nonexistent/show.mp4"})), 1, "/nonexistent/show.mp4");
+    expect_one_line(run_program(export_show({"-q", "--still", "0", "-o", "/nonexistent/a.png"})), 1,
+                    "/nonexistent/a.png");
+    expect_one_line(run_program(export_show({"--frames", "/dev/null/frames"})), 1, "/dev/null/frames");
+}
+
+TEST(CommandLine, AMissingDataFileIsNamed) {
+    TestFolder folder;
+    link_data(folder);
+    for (const char* file : {"zev_voc.mp3", "Vera.ttf", "Arial", "zev.mp3"}) {
+        fs::remove(folder / file);
+        Start start = export_show({"--still", "0", "-o", folder / "a.png"});
+        start.arguments[2] = folder.path();
+        expect_one_line(run_program(start), 1, file);
+    }
+}
+
+TEST(CommandLine, MusicThatIsNoMusicIsNamed) {
+    TestFolder folder;
+    link_data(folder);
+    fs::remove(folder / "zev.mp3");
+    fs::copy_file(std::string(SKAV_DATA) + "/Vera.ttf", folder / "zev.mp3");
+    Start start = export_show({"--still", "0", "-o", folder / "a.png"});
+    start.arguments[2] = folder.path();
+    expect_one_line(run_program(start), 1, "zev.mp3 is not an MP3 file");
+}
+
+TEST(CommandLine, TheDataIsFoundHereOrInTheFolderData) {
+    TestFolder here, above, output;
+    link_data(here);
+    fs::create_directory_symlink(fs::absolute(SKAV_DATA), above / "data");
+    for (const TestFolder* folder : {&here, &above}) {
+        Start start = export_show({"-q", "--still", "loading", "-o", output / "a.png"});
+        start.arguments.erase(start.arguments.begin() + 1, start.arguments.begin() + 3);
+        start.folder = folder->path();
+        EXPECT_EQ(run_program(start).status, 0);
+        EXPECT_EQ(output.names(), std::vector<std::string>{"a.png"});
+        fs::remove(output / "a.png");
+    }
+}
+
+TEST(CommandLine, APathIsMeantFromWhereTheProgramWasStarted) {
+    TestFolder folder;
+    Start start = export_show({"-q", "--still", "loading", "-o", "a.png"});
+    start.folder = folder.path();
+    EXPECT_EQ(run_program(start).status, 0);
+    EXPECT_EQ(folder.names(), std::vector<std::string>{"a.png"});
+}
+
+TEST(CommandLine, TheShowAsksWhereNoLanguageIsGiven) {
+    TestFolder folder;
+    Start start = export_show({"-q", "--still", "68", "--fps", "2", "-o", folder / "asked.png"});
+    start.arguments.erase(start.arguments.begin() + 3, start.arguments.begin() + 5);
+    start.input = "e\n";
+    const Finished asked = run_program(start);
+    EXPECT_EQ(asked.status, 0);
+    EXPECT_EQ(asked.out, "German or English Text [G/e]?: English screen text...\n\n");
+    const Finished told = run_program(export_show({"-q", "--still", "68", "--fps", "2", "-o", folder / "en.png"}));
+    EXPECT_EQ(told.out, "");
+    EXPECT_EQ(file_bytes(folder / "asked.png"), file_bytes(folder / "en.png"));
+    Start german = export_show({"-q", "--still", "68", "--fps", "2", "-o", folder / "de.png"});
+    german.arguments[4] = "de";
+    EXPECT_EQ(run_program(german).status, 0);
+    EXPECT_NE(file_bytes(folder / "de.png"), file_bytes(folder / "en.png"));
+}
+
+TEST(CommandLine, QuietSaysNothing) {
+    TestFolder folder;
+    const Finished finished = run_program(export_show({"-q", "--still", "0.5", "-o", folder / "a.png"}));
+    EXPECT_EQ(finished.status, 0);
+    EXPECT_EQ(finished.out, "");
+    EXPECT_EQ(finished.err, "");
+}
+
+TEST(CommandLine, ProgressIsPlainLinesWhereThereIsNoTerminal) {
+    TestFolder folder;
+    const Finished finished =
+        run_program(export_show({"--fps", "10", "--to", "1", "--frames", folder / "frames"}));
+    EXPECT_EQ(finished.status, 0);
+    EXPECT_EQ(finished.out, "");
+    EXPECT_NE(finished.err.find("50%"), std::string::npos) << finished.err;
+    EXPECT_NE(finished.err.find("10 pictures in"), std::string::npos) << finished.err;
+    EXPECT_EQ(finished.err.find('\r'), std::string::npos);
+}
+
+TEST(CommandLine, WithoutEglOneLineSaysWhatToInstall) {
+    TestFolder folder;
+    Start start = export_show({"-q", "--still", "0", "-o", folder / "a.png"});
+    // No vendor's EGL is found in an empty folder.
+    start.environment["__EGL_VENDOR_LIBRARY_DIRS"] = folder.path();
+    expect_one_line(run_program(start), 1, "libegl-mesa0");
+}
+
+TEST(CommandLine, AFullDiskLeavesNoFileAndSaysSo) {
+    TestFolder folder;
+    Start start;
+    // A file may grow to 40 blocks of 1024 bytes; SIGXFSZ is ignored, so that writing fails as on a full disk.
+    start.arguments = {"/bin/bash", "-c", "trap '' XFSZ; ulimit -f 40; exec \"$@\"", "bash", SKAV_EXPORT, "-q",
+                       "--data", SKAV_DATA, "--language", "en", "--fps", "10", "--from", "12", "--to", "14", "-o",
+                       folder / "show.mp4"};
+    const Finished finished = run_program(start);
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_EQ(lines_in(finished.err), 1) << finished.err;
+    EXPECT_NE(finished.err.find("nothing was kept"), std::string::npos) << finished.err;
+    EXPECT_TRUE(folder.names().empty());
+}
+
+} // namespace

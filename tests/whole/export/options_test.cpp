@@ -1,0 +1,99 @@
+#include "hosts/offscreen/failure.h"
+#include "hosts/offscreen/options.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace {
+
+Options parse(std::vector<std::string> words) {
+    words.insert(words.begin(), "skav-export");
+    std::vector<char*> arguments;
+    for (std::string& word : words) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    return parse_options(static_cast<int>(words.size()), arguments.data());
+}
+
+// The message, or an empty text if the command line is accepted.
+std::string complaint(const std::vector<std::string>& words) {
+    try {
+        parse(words);
+        return "";
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.status(), kStatusUsage);
+        EXPECT_EQ(std::string(failure.what()).find('\n'), std::string::npos);
+        return failure.what();
+    }
+}
+
+TEST(Options, AVideoIsTheWholeShowAtSixtyFramesPerSecond) {
+    const Options options = parse({"-o", "show.mp4"});
+    EXPECT_EQ(options.job, Job::video);
+    EXPECT_EQ(options.output.front(), '/');
+    EXPECT_EQ(options.from, 0);
+    EXPECT_EQ(options.to, kShowEnd);
+    EXPECT_EQ(options.rate.frames, 60);
+    EXPECT_EQ(options.language, Language::ask);
+    EXPECT_FALSE(options.quiet);
+}
+
+TEST(Options, AllOptionsAreRead) {
+    const Options options =
+        parse({"-o", "-", "--format", "rgb", "--from", "10", "--to=1:14.3", "--fps", "30", "--scale", "3",
+               "--supersample", "2", "--language", "en", "--data", "music", "-q"});
+    EXPECT_EQ(options.job, Job::stream);
+    EXPECT_EQ(options.format, StreamFormat::rgb);
+    EXPECT_EQ(options.from, 10 * kSecond);
+    EXPECT_EQ(options.to, 74'300'000);
+    EXPECT_EQ(options.scale, 3);
+    EXPECT_EQ(options.supersample, 2);
+    EXPECT_EQ(options.language, Language::english);
+    EXPECT_EQ(options.data, "music");
+    EXPECT_TRUE(options.quiet);
+}
+
+TEST(Options, StillsKeepTheirOrderAndTheSlashOfTheirFolder) {
+    const Options options = parse({"--still", "12.5", "--still", "loading", "-o", "pictures/"});
+    EXPECT_EQ(options.job, Job::stills);
+    EXPECT_EQ(options.stills, (std::vector<ShowTime>{12'500'000, kLoadingTime}));
+    EXPECT_EQ(options.output.back(), '/');
+}
+
+TEST(Options, WhatMakesNoSenseIsNamed) {
+    const std::pair<std::vector<std::string>, const char*> cases[] = {
+        {{}, "-o is missing"},
+        {{"-o", "show.avi"}, "show.avi"},
+        {{"-o", "show"}, "none of .mp4"},
+        {{"-o", "show.mp4", "--from", "soon"}, "'soon'"},
+        {{"-o", "show.mp4", "--from", "-3"}, "'-3'"},
+        {{"-o", "show.mp4", "--to", "163"}, "ends at 162"},
+        {{"-o", "show.mp4", "--from", "20", "--to", "20"}, "nothing lies between"},
+        {{"-o", "show.mp4", "--fps", "0"}, "--fps"},
+        {{"-o", "show.mp4", "--scale", "5"}, "--scale"},
+        {{"-o", "show.mp4", "--scale", "2.5"}, "--scale"},
+        {{"-o", "show.mp4", "--supersample", "3"}, "--supersample"},
+        {{"-o", "show.mp4", "--crf", "52"}, "--crf"},
+        {{"-o", "show.mp4", "--language", "fr"}, "fr"},
+        {{"-o", "show.mp4", "--format", "rgb"}, "--format"},
+        {{"-o", "-", "--format", "bmp"}, "bmp"},
+        {{"-o", "-", "--still", "3"}, "--still"},
+        {{"-o", "-", "--crf", "3"}, "--crf"},
+        {{"--still", "3"}, "-o is missing"},
+        {{"--still", "200", "-o", "a.png"}, "ends at 162"},
+        {{"--still", "3", "--sheet", "a.png"}, "one at a time"},
+        {{"--sheet", "a.png", "-o", "b.png"}, "-o"},
+        {{"--sheet", "a.png", "--from", "3"}, "range"},
+        {{"-o", "show.mp4", "extra"}, "'extra'"},
+        {{"-o"}, "-o needs a value"},
+        {{"--still"}, "--still needs a value"},
+        {{"--nonsense"}, "--nonsense"},
+        {{"-z"}, "-z"},
+    };
+    for (const auto& [words, named] : cases) {
+        const std::string message = complaint(words);
+        EXPECT_NE(message.find(named), std::string::npos) << named << ": " << message;
+    }
+}
+
+} // namespace

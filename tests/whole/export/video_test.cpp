@@ -1,0 +1,162 @@
+#include "decoded_video.h"
+#include "programs.h"
+
+#include "hosts/mp3/mp3_stream.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <csignal>
+#include <fstream>
+
+namespace {
+
+constexpr int kRate = 44100;
+
+// The left channel of a piece of the show's music.
+std::vector<float> music(const std::string& file, double from, double seconds) {
+    Mp3Error error = Mp3Error::none;
+    const auto stream = Mp3Stream::open((std::string(SKAV_DATA) + "/" + file).c_str(), error);
+    EXPECT_TRUE(stream);
+    EXPECT_TRUE(stream->seek(static_cast<std::int64_t>(from * kRate)));
+    std::vector<float> both(static_cast<std::size_t>(seconds * kRate) * 2);
+    EXPECT_EQ(stream->read(both.data(), both.size() / 2), both.size() / 2);
+    std::vector<float> left;
+    for (std::size_t i = 0; i < both.size(); i += 2) left.push_back(both[i]);
+    return left;
+}
+
+struct Match {
+    int lag;            // samples by which the sound is late
+    double correlation; // 0..1
+};
+
+// Where in `sound`, around second `at`, `wanted` lies.
+Match find(const std::vector<float>& sound, double at, const std::vector<float>& wanted) {
+    constexpr int kFarthest = 1500;
+    Match best = {0, -1};
+    const int begin = static_cast<int>(std::lround(at * kRate));
+    for (int lag = -kFarthest; lag <= kFarthest; ++lag) {
+        double product = 0, here = 0, there = 0;
+        for (std::size_t i = 0; i < wanted.size(); i += 2) {
+            const auto index = static_cast<std::ptrdiff_t>(begin + lag) + static_cast<std::ptrdiff_t>(i);
+            if (index < 0 || index >= static_cast<std::ptrdiff_t>(sound.size())) continue;
+            const double a = sound[static_cast<std::size_t>(index)];
+            product += a * wanted[i];
+            here += a * a;
+            there += static_cast<double>(wanted[i]) * wanted[i];
+        }
+        const double correlation = product / std::sqrt(here * there + 1e-12);
+        if (correlation > best.correlation) best = {lag, correlation};
+    }
+    return best;
+}
+
+void expect_within_5_ms(const Match& match) {
+    EXPECT_LE(std::abs(match.lag), kRate * 5 / 1000);
+    EXPECT_GT(match.correlation, 0.9);
+}
+
+DecodedVideo exported(const std::string& name, std::vector<std::string> arguments) {
+    TestFolder folder;
+    arguments.insert(arguments.end(), {"-q", "-o", folder / name});
+    const Finished finished = run_program(export_show(arguments));
+    EXPECT_EQ(finished.status, 0) << finished.err;
+    EXPECT_EQ(folder.names(), std::vector<std::string>{name}) << "no provisional file is left";
+    return decode_video(folder / name);
+}
+
+TEST(Video, HasEveryFrameItsChaptersAndItsMusicAlsoAfterTheSwitch) {
+    const DecodedVideo video = exported("a.mp4", {"--fps", "5", "--from", "70", "--to", "80.3"});
+    EXPECT_EQ(video.video_codec, "h264");
+    EXPECT_EQ(video.sound_codec, "aac");
+    EXPECT_EQ(video.colours, "tv bt709 bt709 bt709 left");
+    EXPECT_EQ(video.width, 1024);
+    EXPECT_EQ(video.height, 768);
+    // 70.0 to 80.3 by the show's clock, of which the switch at 74.0 jumps over 0.3 s.
+    ASSERT_EQ(video.frame_times.size(), 50u);
+    for (std::size_t i = 0; i < 50; ++i) EXPECT_NEAR(video.frame_times[i], static_cast<double>(i) / 5, 1e-4);
+    EXPECT_NEAR(video.duration, 10.0, 0.03);
+
+    ASSERT_EQ(video.chapters.size(), 3u);
+    EXPECT_EQ(video.chapters[0].title, "You want:");
+    EXPECT_EQ(video.chapters[1].title, "Scroller: into the room");
+    EXPECT_EQ(video.chapters[2].title, "Scroller");
+    EXPECT_NEAR(video.chapters[1].begin, 4.0, 1e-3);
+    EXPECT_NEAR(video.chapters[2].begin, 6.8, 1e-3) << "the first frame at 77.0 s or later is that of 77.1 s";
+    EXPECT_NEAR(video.chapters[2].end, 10.0, 1e-3);
+
+    // Second 4 of the video is the switch: the vocal file's position 0.
+    expect_within_5_ms(find(video.left, 0.5, music("zev.mp3", 70.5, 2)));
+    expect_within_5_ms(find(video.left, 3.0, music("zev.mp3", 73.0, 0.9)));
+    expect_within_5_ms(find(video.left, 4.5, music("zev_voc.mp3", 0.5, 2)));
+    expect_within_5_ms(find(video.left, 7.5, music("zev_voc.mp3", 3.5, 2)));
+}
+
+TEST(Video, OtherContainersKeepTheSoundToTheSample) {
+    for (const auto& [name, codec] : {std::pair{"a.mkv", "flac"}, {"a.mov", "pcm_s16le"}}) {
+        const DecodedVideo video = exported(name, {"--fps", "5", "--from", "73", "--to", "75"});
+        EXPECT_EQ(video.sound_codec, codec);
+        EXPECT_EQ(video.frame_times.size(), 9u) << name;
+        const std::vector<float> before = music("zev.mp3", 73, 1);
+        const std::vector<float> after = music("zev_voc.mp3", 0, 0.8);
+        ASSERT_GE(video.left.size(), before.size() + after.size());
+        for (std::size_t i = 0; i < before.size() + after.size(); ++i) {
+            const float expected = i < before.size() ? before[i] : after[i - before.size()];
+            ASSERT_NEAR(video.left[i], std::min(std::max(expected, -1.0f), 1.0f), 1.0 / 16384) << name << " " << i;
+        }
+    }
+}
+
+// The recipe of the manual: ranges rendered apart, then joined.
+TEST(Video, RangesRenderedApartJoinWithoutASeam) {
+    TestFolder folder;
+    const auto render = [&](const char* from, const char* to, const std::string& name) {
+        const Finished finished = run_program(
+            export_show({"-q", "--fps", "10", "--crf", "0", "--from", from, "--to", to, "-o", folder / name}));
+        EXPECT_EQ(finished.status, 0) << finished.err;
+    };
+    render("73", "75", "whole.mov");
+    render("73", "73.7", "part-1.mov");
+    render("73.7", "74.7", "part-2.mov");
+    render("74.7", "75", "part-3.mov");
+    std::ofstream(folder / "parts.txt") << "file part-1.mov\nfile part-2.mov\nfile part-3.mov\n";
+    Start join;
+    join.arguments = {"/usr/bin/ffmpeg", "-loglevel", "error", "-f", "concat", "-i", "parts.txt", "-c", "copy",
+                      "joined.mov"};
+    join.folder = folder.path();
+    const Finished finished = run_program(join);
+    ASSERT_EQ(finished.status, 0) << finished.err;
+    const DecodedVideo whole = decode_video(folder / "whole.mov");
+    const DecodedVideo joined = decode_video(folder / "joined.mov");
+    EXPECT_EQ(whole.frame_sums.size(), 17u);
+    EXPECT_EQ(joined.frame_sums, whole.frame_sums);
+    ASSERT_EQ(joined.frame_times.size(), whole.frame_times.size());
+    for (std::size_t i = 0; i < whole.frame_times.size(); ++i) {
+        EXPECT_NEAR(joined.frame_times[i], whole.frame_times[i], 1e-3);
+    }
+    EXPECT_EQ(joined.left, whole.left);
+}
+
+TEST(Video, AStopLeavesWhatWasDoneAsAPlayableFile) {
+    TestFolder folder;
+    Start start = export_probe("leftovers", {"--fps", "10", "-o", folder / "a.mp4"});
+    bool sent = false;
+    start.on_error = [&](int pid, const std::string& piece) {
+        if (sent || piece.find('%') == std::string::npos) return;
+        kill(pid, SIGINT);
+        sent = true;
+    };
+    const Finished finished = run_program(start);
+    EXPECT_EQ(finished.status, 128 + SIGINT);
+    EXPECT_NE(finished.err.find("stopped by a signal after"), std::string::npos) << finished.err;
+    EXPECT_NE(finished.err.find("a.mp4"), std::string::npos) << finished.err;
+    const DecodedVideo video = decode_video(folder / "a.mp4");
+    EXPECT_GT(video.frame_times.size(), 10u);
+    EXPECT_LT(video.frame_times.size(), 1617u);
+    ASSERT_FALSE(video.chapters.empty());
+    EXPECT_NEAR(video.chapters.back().end, static_cast<double>(video.frame_times.size()) / 10, 0.11);
+    EXPECT_EQ(folder.names(), std::vector<std::string>{"a.mp4"});
+}
+
+} // namespace
