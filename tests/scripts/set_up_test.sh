@@ -30,11 +30,15 @@ stand_in cmake <<'END'
 #!/bin/bash
 echo "cmake $*" >>"$MACHINE/log"
 cat >>"$MACHINE/swallowed"
+case " $* " in *SKAV_EXPORT=ON*) mkdir -p build/release; echo SKAV_EXPORT:BOOL=ON >build/release/CMakeCache.txt ;; esac
 case " $* " in *" -n "*) [ -e "$MACHINE/built" ] && echo "ninja: no work to do."; exit ;; esac
 case $1 in --build) touch "$MACHINE/built" ;; esac
 mkdir -p build/release/src/hosts/desktop
 printf '#!/bin/bash\necho "played in ${PWD##*/} with: $* and $(cat)"\nexit 7\n' >build/release/src/hosts/desktop/skav
 chmod +x build/release/src/hosts/desktop/skav
+mkdir -p build/release/src/hosts/offscreen
+printf '#!/bin/bash\necho "exported from ${PWD##*/} with: $* and $(cat)"\nexit 3\n' >build/release/src/hosts/offscreen/skav-export
+chmod +x build/release/src/hosts/offscreen/skav-export
 touch build/release/build.ninja
 END
 stand_in ctest <<'END'
@@ -147,6 +151,41 @@ run_keeps_standard_input_for_the_show)
     call run <<<"e of the user"
     expect_in out "and e of the user"
     [ ! -s "$work/swallowed" ] || fail "standard input was swallowed by the set-up"
+    ;;
+run_writes_a_video_where_there_is_no_display)
+    unset DISPLAY
+    without_package libavformat-dev
+    call run <<<"e of the user"
+    expect_status 3
+    expect_in out "exported from tree with: --data data -o skav.mp4 and e of the user"
+    expect_in log "install -y -qq --no-install-recommends libavformat-dev"
+    expect_in err "No display"
+    expect_in err "--play"
+    ;;
+run_configures_the_video_writer_where_only_the_show_was_configured)
+    call run </dev/null
+    expect_in log SKAV_EXPORT=OFF
+    unset DISPLAY
+    call run </dev/null
+    expect_status 3
+    expect_in log SKAV_EXPORT=ON
+    ;;
+run_plays_without_a_display_when_told_to)
+    unset DISPLAY
+    stand_in Xvfb <<<$'#!/bin/bash\necho "Xvfb $*" >>"$MACHINE/log"\necho 77\nexec sleep 60'
+    without_package libavformat-dev
+    call run --play </dev/null
+    expect_status 7
+    expect_in out "played in data with:  and "
+    expect_in err "Xvfb :77"
+    expect_not_in log apt-get
+    ;;
+run_opens_no_window_where_there_is_no_display)
+    unset DISPLAY
+    call run --window </dev/null
+    expect_status 1
+    expect_in err "no display"
+    [ ! -s "$work/log" ] || fail "nothing should have been done"
     ;;
 *) fail "no such case: $case" ;;
 esac
