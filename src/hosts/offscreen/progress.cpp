@@ -43,7 +43,7 @@ void Progress::frame(ShowTime time, bool drawn, bool wanted) {
         std::fprintf(stderr, "\r[%s] %s\033[K", bar.c_str(), status(time).c_str());
         std::fflush(stderr);
         bar_shown_ = true;
-    } else if (done() * 100 >= next_line_ && next_line_ < 100) {
+    } else if (done() * 100 >= next_line_ && done() < 1.0) {
         std::fprintf(stderr, "%s\n", status(time).c_str());
         while (done() * 100 >= next_line_) next_line_ += 10;
     }

@@ -36,8 +36,7 @@ ShowTime FrameRate::time_of(std::int64_t index) const {
 }
 
 std::int64_t FrameRate::first_frame_at(ShowTime time) const {
-    const std::int64_t unit = seconds * kSecond;
-    return (time * frames + unit - 1) / unit;
+    return time <= 0 ? 0 : frame_on_screen_at(time - 1) + 1;
 }
 
 std::int64_t FrameRate::frame_on_screen_at(ShowTime time) const {

@@ -42,7 +42,10 @@ void take_picture(const AVFrame& frame, double time, DecodedVideo& video) {
 }
 
 void take_sound(const AVFrame& frame, double time, DecodedVideo& video) {
-    const auto at = static_cast<std::int64_t>(std::llround(time * 44100));
+    auto at = static_cast<std::int64_t>(std::llround(time * 44100));
+    // Matroska tells times in milliseconds: what joins to within one joins to the sample.
+    const auto end = static_cast<std::int64_t>(video.left.size());
+    if (std::abs(at - end) <= 45) at = end;
     for (int i = 0; i < frame.nb_samples; ++i) {
         if (at + i < 0) continue;
         const auto index = static_cast<std::size_t>(at + i);

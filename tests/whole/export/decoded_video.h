@@ -12,10 +12,10 @@ struct DecodedVideo {
     std::string colours; // "tv bt709 bt709 bt709 left": range, matrix, primaries, transfer, chroma location
     int width = 0;
     int height = 0;
-    double duration = 0;                    // seconds, as the container tells it
-    std::vector<double> frame_times;        // seconds
-    std::vector<std::uint64_t> frame_sums;  // of the luma plane: equal pictures have equal ones
-    std::vector<float> left;                // the left channel at 44.1 kHz, from second 0 on
+    double duration = 0;                   // seconds, as the container tells it
+    std::vector<double> frame_times;       // seconds
+    std::vector<std::uint64_t> frame_sums; // of the luma plane: equal pictures have equal ones
+    std::vector<float> left;               // the left channel at 44.1 kHz, from second 0 on
     struct Chapter {
         double begin;
         double end;

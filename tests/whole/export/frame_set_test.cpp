@@ -36,7 +36,8 @@ TEST(FrameSet, HoldsExactlyWhatWasAdded) {
             set.add(first, end);
             for (std::int64_t frame = first; frame < end; ++frame) expected.insert(frame);
         }
-        for (std::int64_t frame = -3; frame < 80; ++frame) EXPECT_EQ(set.contains(frame), expected.count(frame) == 1);
+        for (std::int64_t frame = -3; frame < 80; ++frame)
+            EXPECT_EQ(set.contains(frame), expected.count(frame) == 1);
         EXPECT_EQ(set.size(), static_cast<std::int64_t>(expected.size()));
     }
 }

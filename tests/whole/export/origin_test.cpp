@@ -1,4 +1,5 @@
-// Stills of shows whose pictures are made of earlier frames: each must be the picture that the whole run shows.
+// Stills of shows whose pictures are made of earlier frames: each must be the picture that the whole run
+// shows.
 #include "programs.h"
 
 #include <gtest/gtest.h>
@@ -22,7 +23,8 @@ void expect_stills_of_the_whole_run(const std::string& probe, int seconds, const
         const Finished finished =
             run_program(export_probe(probe, {"-q", "--fps", "10", "--still", time, "-o", folder / "a.png"}));
         EXPECT_EQ(finished.status, 0) << finished.err;
-        EXPECT_TRUE(read_png(folder / "a.png") == raw_picture(whole[static_cast<std::size_t>(frame)])) << time;
+        EXPECT_TRUE(read_png(folder / "a.png") == raw_picture(whole[static_cast<std::size_t>(frame)]))
+            << time;
     }
 }
 
@@ -63,10 +65,10 @@ TEST(PictureOfSkippedFrames, AStreamGoesOnWhereItHadToStartOver) {
     EXPECT_EQ(rgb.status, 0) << rgb.err;
     EXPECT_TRUE(raw_pictures(rgb.out) == std::vector<std::string>(whole.begin() + 20, whole.end()));
 
-    const Finished all =
-        run_program(export_probe("late texture", {"-q", "--fps", "10", "--from", "0", "--to", "5", "-o", "-"}));
-    const Finished part =
-        run_program(export_probe("late texture", {"-q", "--fps", "10", "--from", "2", "--to", "5", "-o", "-"}));
+    const Finished all = run_program(
+        export_probe("late texture", {"-q", "--fps", "10", "--from", "0", "--to", "5", "-o", "-"}));
+    const Finished part = run_program(
+        export_probe("late texture", {"-q", "--fps", "10", "--from", "2", "--to", "5", "-o", "-"}));
     const std::size_t header = part.out.find('\n') + 1;
     EXPECT_EQ(part.out.substr(0, header), all.out.substr(0, header));
     const std::size_t size = part.out.size() - header;

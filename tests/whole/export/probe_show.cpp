@@ -1,5 +1,5 @@
-// A show that does what the real one does not: frames that clear nothing, textures copied long before they are
-// shown, state that is left to the next frame in every way GL knows, an end of its own. The environment
+// A show that does what the real one does not: frames that clear nothing, textures copied long before they
+// are shown, state that is left to the next frame in every way GL knows, an end of its own. The environment
 // variable PROBE says which. Its music, size and end are those of the real show.
 #include "hosts/fmod_ex.h"
 
@@ -102,8 +102,9 @@ void draw_late_texture_by_list() {
     if (g_frame >= 30) glCallList(g_list);
 }
 
-// A lit square without a normal of its own: it takes the one that the frame before left, by a list, a cylinder,
-// or a primitive of its own. Also a colour, a texture coordinate, a matrix and a blend function are left over.
+// A lit square without a normal of its own: it takes the one that the frame before left, by a list, a
+// cylinder, or a primitive of its own. Also a colour, a texture coordinate, a matrix and a blend function are
+// left over.
 void draw_leftovers() {
     glClearColor(0, 0, 0, 0);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
@@ -136,8 +137,8 @@ void draw_leftovers() {
     glEnd(); // one too many: an error
 }
 
-// 512 x 512 pixels of the frame buffer become a texture that is laid over the whole picture's left part; a point
-// of size 8 and a line of width 4 beside it.
+// 512 x 512 pixels of the frame buffer become a texture that is laid over the whole picture's left part; a
+// point of size 8 and a line of width 4 beside it.
 void draw_scaled() {
     clear(0);
     glViewport(0, 0, 512, 512);

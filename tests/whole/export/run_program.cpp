@@ -49,7 +49,8 @@ struct Pipe {
     if (!start.folder.empty() && chdir(start.folder.c_str()) != 0) _exit(126);
     for (const auto& [name, value] : start.environment) setenv(name.c_str(), value.c_str(), 1);
     std::vector<char*> arguments;
-    for (const std::string& argument : start.arguments) arguments.push_back(const_cast<char*>(argument.c_str()));
+    for (const std::string& argument : start.arguments)
+        arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);
     execv(arguments[0], arguments.data());
     _exit(127);
@@ -152,7 +153,8 @@ Rgb reduced(const Rgb& picture, int factor) {
             for (int i = 0; i < 3; ++i) {
                 int sum = 0;
                 for (int dy = 0; dy < factor; ++dy) {
-                    for (int dx = 0; dx < factor; ++dx) sum += picture.at(x * factor + dx, y * factor + dy)[i];
+                    for (int dx = 0; dx < factor; ++dx)
+                        sum += picture.at(x * factor + dx, y * factor + dy)[i];
                 }
                 const int count = factor * factor;
                 small.pixels.push_back(static_cast<std::uint8_t>((sum + count / 2) / count));
@@ -166,7 +168,8 @@ std::vector<std::string> raw_pictures(const std::string& stream) {
     constexpr std::size_t kSize = 1024 * 768 * 3;
     EXPECT_EQ(stream.size() % kSize, 0u);
     std::vector<std::string> pictures;
-    for (std::size_t at = 0; at + kSize <= stream.size(); at += kSize) pictures.push_back(stream.substr(at, kSize));
+    for (std::size_t at = 0; at + kSize <= stream.size(); at += kSize)
+        pictures.push_back(stream.substr(at, kSize));
     return pictures;
 }
 

@@ -72,13 +72,4 @@ TEST(Supersample, AddsToTheScale) {
     EXPECT_EQ(at(picture, 1600, 400), kWhite);
 }
 
-TEST(Supersample, AScaleThatOpenGLCannotDrawIsOneLine) {
-    TestFolder folder;
-    const Finished finished = run_program(export_probe(
-        "scale", {"-q", "--scale", "4", "--supersample", "4", "--still", "0.2", "-o", folder / "a.png"}));
-    if (finished.status == 0) GTEST_SKIP() << "this OpenGL can draw 16384x12288 pixels";
-    EXPECT_EQ(finished.status, 1);
-    EXPECT_NE(finished.err.find("use a smaller --scale"), std::string::npos) << finished.err;
-}
-
 } // namespace

@@ -7,9 +7,7 @@ namespace {
 
 constexpr int kSwitch = 74; // the frame, at one a second, after which the clock jumps by 0.3 s
 
-std::string time_of(int frame) {
-    return std::to_string(frame) + (frame > kSwitch ? ".3" : "");
-}
+std::string time_of(int frame) { return std::to_string(frame) + (frame > kSwitch ? ".3" : ""); }
 
 std::vector<std::string> stream(std::vector<std::string> arguments) {
     arguments.insert(arguments.end(), {"-q", "--fps", "1", "-o", "-", "--format", "rgb"});
@@ -25,7 +23,8 @@ TEST(Skipping, GivesEveryFrameThatTheWholeShowGivesBitForBit) {
     // Stills of every other frame: before each one stands a frame that was skipped.
     TestFolder folder;
     std::vector<std::string> arguments = {"-q", "--fps", "1", "-o", folder / "stills/"};
-    for (int frame = 1; frame < 162; frame += 2) arguments.insert(arguments.end(), {"--still", time_of(frame)});
+    for (int frame = 1; frame < 162; frame += 2)
+        arguments.insert(arguments.end(), {"--still", time_of(frame)});
     EXPECT_EQ(run_program(export_show(arguments)).status, 0);
     for (int frame = 1; frame < 162; frame += 2) {
         char name[40];
@@ -44,7 +43,8 @@ TEST(Skipping, GivesEveryFrameThatTheWholeShowGivesBitForBit) {
 TEST(Skipping, TwoRunsGiveTheSameBytes) {
     TestFolder folder;
     for (const char* name : {"a.png", "b.png"}) {
-        EXPECT_EQ(run_program(export_show({"-q", "--fps", "2", "--still", "20", "-o", folder / name})).status, 0);
+        EXPECT_EQ(run_program(export_show({"-q", "--fps", "2", "--still", "20", "-o", folder / name})).status,
+                  0);
     }
     EXPECT_EQ(file_bytes(folder / "a.png"), file_bytes(folder / "b.png"));
 }

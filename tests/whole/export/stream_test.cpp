@@ -8,7 +8,8 @@
 namespace {
 
 TEST(Stream, Y4mTellsItsSizeRateAndRangeAndHoldsEveryFrame) {
-    const Finished finished = run_program(export_probe("leftovers", {"--fps", "24000/1001", "--to", "1", "-o", "-"}));
+    const Finished finished =
+        run_program(export_probe("leftovers", {"--fps", "24000/1001", "--to", "1", "-o", "-"}));
     EXPECT_EQ(finished.status, 0) << finished.err;
     EXPECT_EQ(finished.out.substr(0, finished.out.find('\n')),
               "YUV4MPEG2 W1024 H768 F24000:1001 Ip A1:1 C420mpeg2 XCOLORRANGE=LIMITED");
@@ -18,7 +19,8 @@ TEST(Stream, Y4mTellsItsSizeRateAndRangeAndHoldsEveryFrame) {
 }
 
 TEST(Stream, TheQuestionGoesToStandardError) {
-    Start start = export_probe("leftovers", {"-q", "--fps", "10", "--to", "0.1", "-o", "-", "--format", "rgb"});
+    Start start =
+        export_probe("leftovers", {"-q", "--fps", "10", "--to", "0.1", "-o", "-", "--format", "rgb"});
     start.arguments.erase(start.arguments.begin() + 3, start.arguments.begin() + 5); // no --language
     start.input = "x";
     const Finished finished = run_program(start);
@@ -36,8 +38,18 @@ TEST(Stream, AnAnswerGivenBeforehandIsFedAndTheQuestionKeptToItself) {
 
 TEST(Stream, AReaderThatGoesAwayIsToldInOneLine) {
     Start start;
-    start.arguments = {"/bin/bash", "-c", "set -o pipefail; \"$@\" | head -c 100 > /dev/null", "bash",
-                       SKAV_PROBE_EXPORT, "-q", "--data", SKAV_DATA, "--language", "en", "-o", "-"};
+    start.arguments = {"/bin/bash",
+                       "-c",
+                       "set -o pipefail; \"$@\" | head -c 100 > /dev/null",
+                       "bash",
+                       SKAV_PROBE_EXPORT,
+                       "-q",
+                       "--data",
+                       SKAV_DATA,
+                       "--language",
+                       "en",
+                       "-o",
+                       "-"};
     start.environment["PROBE"] = "leftovers";
     const Finished finished = run_program(start);
     EXPECT_EQ(finished.status, 1);
@@ -59,7 +71,8 @@ TEST(FrameFolder, NumbersCountOverTheWholeShow) {
 
 TEST(Sheet, HasARowOfSixAndRoomForEveryCaption) {
     TestFolder folder;
-    EXPECT_EQ(run_program(export_probe("leftovers", {"-q", "--fps", "2", "--sheet", folder / "s.png"})).status, 0);
+    EXPECT_EQ(
+        run_program(export_probe("leftovers", {"-q", "--fps", "2", "--sheet", folder / "s.png"})).status, 0);
     const Rgb sheet = read_png(folder / "s.png");
     EXPECT_EQ(sheet.width, 6 * (256 + 16) + 16);
     // Somewhere under the first picture stands its time, in light letters.

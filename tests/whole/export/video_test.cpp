@@ -103,7 +103,8 @@ TEST(Video, OtherContainersKeepTheSoundToTheSample) {
         ASSERT_GE(video.left.size(), before.size() + after.size());
         for (std::size_t i = 0; i < before.size() + after.size(); ++i) {
             const float expected = i < before.size() ? before[i] : after[i - before.size()];
-            ASSERT_NEAR(video.left[i], std::min(std::max(expected, -1.0f), 1.0f), 1.0 / 16384) << name << " " << i;
+            ASSERT_NEAR(video.left[i], std::min(std::max(expected, -1.0f), 1.0f), 1.0 / 16384)
+                << name << " " << i;
         }
     }
 }
@@ -112,8 +113,8 @@ TEST(Video, OtherContainersKeepTheSoundToTheSample) {
 TEST(Video, RangesRenderedApartJoinWithoutASeam) {
     TestFolder folder;
     const auto render = [&](const char* from, const char* to, const std::string& name) {
-        const Finished finished = run_program(
-            export_show({"-q", "--fps", "10", "--crf", "0", "--from", from, "--to", to, "-o", folder / name}));
+        const Finished finished = run_program(export_show(
+            {"-q", "--fps", "10", "--crf", "0", "--from", from, "--to", to, "-o", folder / name}));
         EXPECT_EQ(finished.status, 0) << finished.err;
     };
     render("73", "75", "whole.mov");
@@ -122,8 +123,8 @@ TEST(Video, RangesRenderedApartJoinWithoutASeam) {
     render("74.7", "75", "part-3.mov");
     std::ofstream(folder / "parts.txt") << "file part-1.mov\nfile part-2.mov\nfile part-3.mov\n";
     Start join;
-    join.arguments = {"/usr/bin/ffmpeg", "-loglevel", "error", "-f", "concat", "-i", "parts.txt", "-c", "copy",
-                      "joined.mov"};
+    join.arguments = {"/usr/bin/ffmpeg", "-loglevel", "error", "-f",        "concat", "-i",
+                      "parts.txt",       "-c",        "copy",  "joined.mov"};
     join.folder = folder.path();
     const Finished finished = run_program(join);
     ASSERT_EQ(finished.status, 0) << finished.err;

@@ -1,0 +1,17 @@
+// The list of pictures to compare, moments.txt.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct PictureMoment {
+    std::string language;
+    std::string time; // as the command line has it
+    std::string what; // is to be seen
+
+    // The file's name under a folder of stills or references.
+    std::string still() const;
+    std::string reference() const;
+};
+
+std::vector<PictureMoment> read_moments(const std::string& path);
