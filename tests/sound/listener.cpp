@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <thread>
 
@@ -124,6 +125,7 @@ void expect_polls_follow(const PulseRecorder& recorder, const std::vector<float>
         }
     }
     const double told = (polls.back().position - polls.front().position) / 1000.0;
+    // For whoever reads the test's log: how close it was.
     std::printf("heard %.2f of %.2f s told in %zu run(s), worst %.2f ms at %.0f ms, %d repeated, %d fell\n",
                 static_cast<double>(heard) / kRate, told, runs.size(), worst, worst_at, repeated, fell);
     EXPECT_GT(static_cast<double>(heard) / kRate, 0.9 * told - 0.2);
