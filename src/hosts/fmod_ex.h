@@ -4,8 +4,8 @@
 // What the hosts keep to: every call returns FMOD_OK or the error that explains why nothing was done. A
 // handle that a failed call was to fill is set to null; no other result is touched. A null or stale handle
 // gives FMOD_ERR_INVALID_HANDLE. A channel's handle is stale once its sound is released; while that sound
-// lives but another one plays in its place, it gives FMOD_ERR_CHANNEL_STOLEN. A sound that has ended keeps its
-// channel, whose position stays at the sound's length.
+// lives but another one plays in its place, it gives FMOD_ERR_CHANNEL_STOLEN. A sound that has ended keeps
+// its channel, whose position stays at the sound's length.
 #pragma once
 
 extern "C" {
