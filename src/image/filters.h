@@ -69,15 +69,15 @@ void image_blur_h(Image* img, std::int32_t r, double strength);
 void image_blur_v(Image* img, std::int32_t r, double strength);
 
 // Raised-cosine blur with an elliptic kernel of radius r. The distance of a weight from the centre, in units
-// of r+1, is divided by aspect + (1 - aspect) * (1 - t), where t is the cosine between its direction and
-// (sin(angle), cos(angle)), angle in radians: the divisor is `aspect` along that direction and 1 across it. A
-// weight exactly on the direction (t = 1) keeps its distance; that jump is meant. Strength as above, to the
-// precision of 8 bits (see image_convolve).
+// of r+1, is divided by aspect + (1 - aspect) * (1 - t), where t is the absolute value of the cosine between
+// its direction and (sin(angle), cos(angle)), angle in radians: the divisor is `aspect` along that direction
+// and 1 across it. A weight exactly on the direction (t = 1) keeps its distance; that jump is meant. Strength
+// as above, to the precision of 8 bits (see image_convolve).
 void image_blur_directional(Image* img, std::int32_t r, double angle, double aspect, double strength);
 
 // --- Levels ---
 
-// Maps in_lo..in_hi linearly onto out_lo..out_hi, in the planes of the mask (PlaneMask, not alpha); values
+// Maps in_lo..in_hi linearly onto out_lo..out_hi, in the planes of the mask (PLANE_MASK, not alpha); values
 // outside are clamped to in_lo..in_hi first: v = trunc((v - in_lo) * ((out_hi - out_lo) / (in_hi - in_lo)) +
 // out_lo). in_lo > in_hi swaps both pairs; in_lo == in_hi changes nothing. (0, 65535, 65535, 0) inverts.
 void image_levels(Image* img, std::uint32_t mask, std::int32_t in_lo, std::int32_t in_hi, std::int32_t out_lo,
@@ -134,8 +134,8 @@ void image_colorize(Image* img, std::uint32_t color_lo, std::uint32_t color_hi);
 void image_gamma(Image* img, std::uint32_t mask, double gamma);
 
 // v = (v + offset) / step * step, with step = trunc(65536 / (levels + 1)) and offset = trunc(32767.5 /
-// (levels + 1)), in the planes of the mask (alpha too). Nothing where levels is negative or the step would be
-// 0.
+// (levels + 1)), in the planes of the mask (alpha too). Nothing where levels is -1 or the step would be 0;
+// below -1 step and offset are negative.
 void image_posterize(Image* img, std::uint32_t mask, std::int32_t levels);
 
 // Light for image_light: a white lamp far away at 45 degrees above the picture, seen from straight above.

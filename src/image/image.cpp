@@ -29,6 +29,11 @@ int split_color(const Image* img, std::uint32_t color, PlaneLevel levels[4]) {
     return n;
 }
 
+// In 64 bits: the sum of two columns of a very wide plane leaves 32.
+std::int32_t midpoint(std::int32_t a, std::int32_t b) {
+    return static_cast<std::int32_t>((std::int64_t{a} + b) / 2);
+}
+
 bool inside(const Image* img, std::int32_t x, std::int32_t y) {
     return x >= 0 && y >= 0 && x < img->width && y < img->height;
 }
@@ -150,7 +155,7 @@ void plane_line(std::int32_t* plane, std::int32_t width, std::int32_t x0, std::i
     plane[std::ptrdiff_t{y1} * width + x1] = value;
     if (std::abs(x0 - x1) <= 1 && std::abs(y0 - y1) <= 1) return;
 
-    const std::int32_t mx = (x0 + x1) / 2, my = (y0 + y1) / 2;
+    const std::int32_t mx = midpoint(x0, x1), my = midpoint(y0, y1);
     plane_line(plane, width, x0, y0, mx, my, level);
     plane_line(plane, width, mx, my, x1, y1, level);
 }

@@ -42,7 +42,7 @@ enum ImageFlags : std::uint32_t {
 };
 
 // Which planes an operation is to change.
-enum PlaneMask : std::uint32_t {
+enum PLANE_MASK : std::uint32_t {
     kPlaneRed = 1,
     kPlaneGreen = 2, // also the plane of a grey image
     kPlaneBlue = 4,

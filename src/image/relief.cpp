@@ -33,7 +33,7 @@ struct Shade {
 };
 
 Shade shade(std::int32_t slope, const BumpLight& light) {
-    const double tilt = std::atan(-slope / 65536.0);
+    const double tilt = std::atan(slope / -65536.0);
     const double diffuse = std::max(0.0, std::cos(kLampAngle - tilt));
     const double highlight = std::max(0.0, std::cos(kHalfwayAngle - tilt));
     return {light.ambient + light.diffuse * diffuse,

@@ -47,6 +47,9 @@ Image* colorized(const Image* img, std::uint32_t color_lo, std::uint32_t color_h
     return result;
 }
 
+// v rounded towards zero to a multiple of step. The quotient of -2^31 and -1 does not fit, so -1 is left out.
+std::int32_t whole_steps(std::int32_t v, std::int32_t step) { return step == -1 ? v : v / step * step; }
+
 } // namespace
 
 Image* image_colorized(const Image* img, std::uint32_t color_lo, std::uint32_t color_hi) {
@@ -77,14 +80,14 @@ void image_gamma(Image* img, std::uint32_t mask, double gamma) {
 }
 
 void image_posterize(Image* img, std::uint32_t mask, std::int32_t levels) {
-    if (!img || levels < 0) return;
+    if (!img || levels == -1) return;
     const std::int32_t step = truncate(65536.0 / (levels + 1.0));
     const std::int32_t offset = truncate(32767.5 / (levels + 1.0));
     if (step == 0) return;
     for (const MaskedPlane& masked : kMaskedPlanes) {
         std::int32_t* values = img->*masked.plane;
         if (!values || !(mask & masked.mask)) continue;
-        for (std::size_t i = 0; i < image_count(img); ++i) values[i] = (values[i] + offset) / step * step;
+        for (std::size_t i = 0; i < image_count(img); ++i) values[i] = whole_steps(values[i] + offset, step);
     }
     report_progress();
 }

@@ -798,8 +798,23 @@ TEST(ImagePosterize, ChangesOnlyTheMaskedPlanes) {
 
 TEST(ImagePosterize, RefusesStepsThatAreNone) {
     const ImagePtr img = make_filled(1, 1, kImageGrey, 60000);
-    for (std::int32_t levels : {-1, -2, INT32_MIN, 65536, INT32_MAX}) image_posterize(img.get(), 15, levels);
+    const ProgressCount progress;
+    for (std::int32_t levels : {-1, -65538, INT32_MIN, 65536, INT32_MAX})
+        image_posterize(img.get(), 15, levels);
     EXPECT_EQ(img->green[0], 60000);
+    EXPECT_EQ(progress.calls(), 0);
+}
+
+TEST(ImagePosterize, TakesNegativeStepsAndOffsets) {
+    ImagePtr img = make_grey(4, 1, {0, 60000, 100000, -40000});
+    image_posterize(img.get(), kPlaneGreen, -2); // step -65536, offset -32767
+    EXPECT_EQ(grey_of(img), (Values{0, 0, 65536, -65536}));
+    img = make_grey(3, 1, {16384, 16385, 60000});
+    image_posterize(img.get(), kPlaneGreen, -5); // step -16384, offset -8191
+    EXPECT_EQ(grey_of(img), (Values{0, 0, 49152}));
+    img = make_grey(3, 1, {INT32_MIN, -1, 60000});
+    image_posterize(img.get(), kPlaneGreen, -65537); // step -1, offset 0
+    EXPECT_EQ(grey_of(img), (Values{INT32_MIN, -1, 60000}));
 }
 
 TEST(ImageLight, OnAFlatPictureIsTheSameEverywhere) {
@@ -836,6 +851,17 @@ TEST(ImageLight, HighlightIsWhiteAndClamped) {
 
 TEST(ImageLight, RefusesOtherSizes) {
     const ImagePtr img = make_filled(2, 2, kImageGrey, 7);
-    image_light(img.get(), make_filled(4, 1, kImageGrey, 7).get(), {0.0, 0.0, 0.0, 0.0, 1.0});
+    const ImagePtr other = make_filled(4, 1, kImageGrey, 7);
+    const ProgressCount progress;
+    image_light(img.get(), other.get(), {0.0, 0.0, 0.0, 0.0, 1.0});
     EXPECT_EQ(grey_of(img), Values(4, 7));
+    EXPECT_EQ(progress.calls(), 0);
+}
+
+TEST(ImageLight, TheSteepestSlopeIsLitFromItsOwnSide) {
+    // Below the middle -2^31 once and else 0: a slope of -2^31, tilted upright towards the lamp.
+    const ImagePtr height = make_grey(3, 3, {0, 0, 0, 0, 0, 0, INT32_MIN, 0, 0});
+    const ImagePtr img = make_filled(3, 3, kImageGrey, 10000);
+    image_light(img.get(), height.get(), {0.0, 0.0, 1.0, 0.0, 1.0});
+    EXPECT_EQ(img->green[4], 7071); // 10000 * cos(45deg - 90deg)
 }

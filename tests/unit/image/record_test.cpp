@@ -1,5 +1,6 @@
 // The image record and its elementary operations.
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -259,6 +260,22 @@ TEST(ImageLine, RoundsMidpointsTowardsZero) {
     image_line(img.get(), 0, 0, 1, 4, 0xFF);
     const std::int32_t w = 65535;
     EXPECT_EQ(grey_of(img), (Values{w, 0, w, 0, w, 0, w, 0, 0, w}));
+}
+
+TEST(PlaneLine, ReachesTheFarEndOfTheLargestPlane) {
+    // Of the plane's 8 GiB only the pages that the line touches come to be.
+    constexpr std::int32_t kLength = INT32_MAX;
+    const std::size_t bytes = std::size_t{kLength} * sizeof(std::int32_t);
+    void* const memory =
+        mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (memory == MAP_FAILED) GTEST_SKIP() << "no address space for a plane of 8 GiB";
+    std::int32_t* const plane = static_cast<std::int32_t*>(memory);
+    plane_line(plane, kLength, kLength - 9, 0, kLength - 1, 0, 255); // a row
+    for (std::int32_t i = 1; i <= 9; ++i) EXPECT_EQ(plane[kLength - i], 65535) << i;
+    EXPECT_EQ(plane[kLength - 10], 0);
+    plane_line(plane, 1, 0, kLength - 9, 0, kLength - 1, 1); // a column
+    for (std::int32_t i = 1; i <= 9; ++i) EXPECT_EQ(plane[kLength - i], 257) << i;
+    munmap(memory, bytes);
 }
 
 TEST(ImageLine, DrawsTheSteepEdgeOfTheRibbon) {
