@@ -48,7 +48,8 @@ void yuv_to_rgb(int w, int h, const unsigned char* samples, unsigned char* r, un
 // Widens `count` bytes to plane values, 0..65535: the byte repeated in both halves of a 16-bit value.
 void bytes_to_plane(const unsigned char* src, std::int32_t* plane, int count);
 
-// Decodes into a new image of three planes, which the caller frees. Null without memory.
+// Decodes into a new image of three planes, which the caller frees. Null without memory, for a width or
+// height of 0, and when the stream places a coefficient outside its block.
 Image* load_packed_picture(const unsigned char* data);
 
 // The same on `size` bytes; null also when they do not hold a whole picture.

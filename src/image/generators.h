@@ -10,7 +10,8 @@
 // halving of the cells. See plane_plasma.
 void image_plasma(Image* img, std::int32_t amplitude, double roughness);
 
-// Fills a plane with plasma, values 0..65535.
+// Fills a plane with plasma. Values are 0..65535, but for the first point of a tileable plane: its offset is
+// not clamped, so that more than 32767 of it may lead out of the range.
 //
 // Not tileable: the four corners (left to right, top to bottom) are random_next() & 0xFFFF, and the cell that
 // they span is subdivided. Tileable: one point, (0, 0), becomes 32768 + an offset in -s..s, s = amplitude *

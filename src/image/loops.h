@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-// One weight of a kernel and where its value lies, relative to the value in the middle of the kernel. As sums
+// One weight of a kernel and where its value lies, relative to the value that the first weight takes. As sums
 // of wrapping integers may be taken in any order, taps of equal weight stand together and are multiplied
 // once: the first of them carries how many they are.
 struct Tap {
@@ -30,9 +30,8 @@ struct Kernel {
     std::int32_t sum; // of all weights
     double divisor;
     std::int32_t bias;
-    bool fits; // whether no result can leave 32 bits
-    double
-        reciprocal; // trunc(sum * reciprocal) is the exact result for every sum; 0 where no number does that
+    bool fits;         // whether no result can leave 32 bits
+    double reciprocal; // trunc(sum * reciprocal) is the exact result for every sum; 0 where none does that
 };
 
 // A linear map of values clamped to in_lo..in_hi.

@@ -9,8 +9,8 @@
 // stays. Draws from the last pixel to the first:
 //   grey image:                    one number per pixel
 //   three planes, amplitude >= 0:  one number per pixel, added to all three (grey noise)
-//   three planes, amplitude < 0:   the amplitude is -amplitude; three numbers per pixel, for red, green and
-//   blue
+//   three planes, amplitude < 0:   the amplitude is -amplitude; three numbers per pixel, for red,
+//                                  green and blue
 // Each added value is random_next() % (2 * amplitude + 1) - amplitude. A negative amplitude on a grey image
 // is not turned round: as the modulus is unsigned and then huge, what is added is in effect a raw 32-bit
 // number.

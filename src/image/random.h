@@ -36,15 +36,16 @@ std::uint32_t random_next();
 // are composed to these sequences. random_seed(0) loses s1 as well.
 std::uint32_t random_seed(std::uint32_t seed);
 
-// Numbers drawn many at a time, which is much faster than one by one, for operations that cannot say
-// beforehand how many they need. They are those of random_next: begin before the first, end after the last,
-// and draw no others in between.
+// Numbers drawn many at a time, which is much faster than one by one. They are those of random_next: begin
+// before the first, end after the last, and draw no others in between. An operation need not know beforehand
+// how many it takes: what it leaves of the last block goes back. It draws by random_next(block), or reads
+// `numbers` itself and says in `used` how many it took.
 struct RandomBlock {
     static constexpr std::size_t kSize = 1024;
 
-    RandomState before, after; // of the generator, around the numbers
-    std::size_t used;
-    std::uint32_t numbers[kSize];
+    RandomState before, after;    // of the generator, before the first and after the last of the numbers
+    std::size_t used;             // how many of the numbers have been taken, from the first on
+    std::uint32_t numbers[kSize]; // in the order of random_next
 };
 void random_begin(RandomBlock& block);
 void random_refill(RandomBlock& block);

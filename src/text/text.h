@@ -38,8 +38,7 @@ void font_free(Font* font);
 //
 // x, y              where the pen starts: pixels from the left edge, and the row of the baseline from the top
 // glyph_w, glyph_h  width and height of the em square in pixels; unequal ones stretch the glyphs; where one
-// is
-//                   0 it takes the other's value
+//                   is 0 it takes the other's value
 // tracking          makes every advance wider by tracking / 256 of itself; -256 keeps the pen where it is
 //
 // Glyphs that start left of or above the image are moved in, not cut. They are cut at the right edge. One

@@ -142,7 +142,7 @@ TEST(CoefficientSearch, FindsTheCheapestOfAllLevels) {
     }
 }
 
-TEST(Packer, FlatGreyPicturesComeBackExactly) {
+TEST(Packer, FlatGreyPicturesComeBackWithinOneLevel) {
     for (const int level : {0, 1, 40, 128, 200, 254, 255}) {
         const Picture picture = paint(64, 64, [&](int, int, int) { return level; });
         const Picture decoded = decode_picture(pack_picture(picture, {1, 0.0}).bytes);

@@ -64,7 +64,7 @@ double parse_lambda(const std::string& text) {
     double lambda = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), lambda);
     if (error != std::errc() || end != text.data() + text.size() || !(lambda > 0) || lambda > 1e9)
-        throw UsageError("lambda has to be a number above 0, not '" + text + "'");
+        throw UsageError("lambda has to be a number above 0 and up to 1e9, not '" + text + "'");
     return lambda;
 }
 

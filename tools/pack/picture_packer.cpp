@@ -293,8 +293,8 @@ void check_side(const char* name, int side) {
 } // namespace
 
 double default_lambda(int quant) {
-    // A bit buys what it buys at high rates: a sixth of the error's decibels, of a uniform error over the
-    // DC's step.
+    // A bit is worth what it buys at high rates. There one bit more per coefficient divides the squared error
+    // by four (6 dB), so D = step^2 / 12, a uniform error over the DC's step, falls by 2 ln(2) D per bit.
     const double step = quant / 4.0; // of the orthonormal transform
     return 2.0 * std::log(2.0) * step * step / 12.0;
 }
