@@ -7,6 +7,8 @@
 
 #include "driver/gl_helpers.h"
 #include "driver/loading.h"
+#include "driver/loading_picture_data.h"
+#include "driver/packed_picture.h"
 #include "recording.h"
 
 using recording::calls_of;
@@ -28,4 +30,22 @@ TEST(LoadingPicture, BecomesAMipmappedTextureAndIsShownOnce) {
               }));
     EXPECT_NE(g_loading_texture, 0u);
     EXPECT_EQ(g_loading_steps, 1);
+}
+
+TEST(LoadingPicture, IsUploadedInTheColoursThatAreStored) {
+    make_loading_picture();
+    constexpr std::size_t kPixels = 256 * 256;
+    std::vector<unsigned char> samples(static_cast<std::size_t>(packed_buffer_size(kLoadingPicture)));
+    ASSERT_EQ(decode_packed_n(kLoadingPicture, kLoadingPictureSize, samples.data()), 1);
+    std::vector<unsigned char> r(kPixels), g(kPixels), b(kPixels), expected;
+    yuv_to_rgb(256, 256, samples.data(), r.data(), g.data(), b.data());
+    for (std::size_t i = 0; i < kPixels; ++i) expected.insert(expected.end(), {r[i], g[i], b[i]});
+    ASSERT_NE(r, b) << "a grey picture could not show its planes exchanged";
+
+    ASSERT_FALSE(recording::uploads().empty());
+    const recording::Upload& upload = recording::uploads().back();
+    EXPECT_EQ(upload.texture, g_loading_texture);
+    EXPECT_EQ(upload.width, 256);
+    EXPECT_EQ(upload.height, 256);
+    EXPECT_TRUE(upload.pixels == expected);
 }

@@ -340,6 +340,8 @@ TEST(YuvToRgb, EachChromaSampleServesTwoByTwoPixels) {
             const bool red = y >= 2 && x >= 2;
             EXPECT_EQ(b[4 * y + x], blue ? 162 : 98) << x << ", " << y; // (25032 + 516 * 32 + 128) >> 8
             EXPECT_EQ(r[4 * y + x], red ? 149 : 98) << x << ", " << y;  // (25032 + 409 * 32 + 128) >> 8
+            // (25032 - 100 * 32 + 128) >> 8 and (25032 - 208 * 32 + 128) >> 8
+            EXPECT_EQ(g[4 * y + x], blue ? 85 : red ? 72 : 98) << x << ", " << y;
         }
 }
 
@@ -367,6 +369,22 @@ TEST(LoadPackedPicture, MakesAnImageOfThreePlanes) {
             EXPECT_EQ(plane[0], 130 * 257); // (298 * 128 - 4768 + 128) >> 8
             EXPECT_EQ(plane[31], 65 * 257); // (298 * 72 - 4768 + 128) >> 8
         }
+    }
+}
+
+TEST(LoadPackedPicture, GivesEachPlaneItsColour) {
+    // At quantiser 16 a level of the DC is a step of one: luma 128, Cb 128 + 40, Cr 128 - 19 (a DC of -20,
+    // rounded towards zero).
+    const std::vector<std::uint8_t> data = packed(2, 2, 16,
+                                                  kFlat + kFlat + kFlat + kFlat + // luma
+                                                      "1 0 00000 101000 0000 " +  // 0 + 40
+                                                      "1 1 00000 111100 0000 ");  // 40 - 60
+    const OwnedImage img(load_packed_picture_n(data.data(), data.size()));
+    ASSERT_NE(img, nullptr);
+    for (const int pixel : {0, 3, 24, 27}) {     // the corners of the first block
+        EXPECT_EQ(img->red[pixel], 100 * 257);   // (33376 - 409 * 19 + 128) >> 8
+        EXPECT_EQ(img->green[pixel], 130 * 257); // (33376 - 100 * 40 + 208 * 19 + 128) >> 8
+        EXPECT_EQ(img->blue[pixel], 211 * 257);  // (33376 + 516 * 40 + 128) >> 8
     }
 }
 

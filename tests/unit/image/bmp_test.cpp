@@ -56,6 +56,21 @@ TEST(ImageToBmp, RepeatsGreyAndClamps) {
     EXPECT_EQ(Bytes(file.begin() + 54, file.end()), (Bytes{0, 0, 0, 255, 255, 255}));
 }
 
+TEST(ImageToBmp, IsNullWhereTheFileWouldBeLargerThan2GiB) {
+    // Whether memory is asked for tells the refusal from a lack of it.
+    std::int32_t size = 77;
+    const auto asks_for_memory = [&size](std::int32_t height) {
+        const Image img = {1, height, kImageGrey, nullptr, nullptr, nullptr, nullptr};
+        const ScarceMemory memory(0);
+        EXPECT_EQ(image_to_bmp(&img, &size), nullptr);
+        return memory.ran_out();
+    };
+    EXPECT_TRUE(asks_for_memory(715827864));  // 54 + 3 * height = 2^31 - 2
+    EXPECT_FALSE(asks_for_memory(715827865)); // 2^31 + 1
+    EXPECT_FALSE(asks_for_memory(INT32_MAX));
+    EXPECT_EQ(size, 77);
+}
+
 TEST(ImageToBmp, IsNullForNullAndWithoutMemory) {
     std::int32_t size = 77;
     EXPECT_EQ(image_to_bmp(nullptr, &size), nullptr);

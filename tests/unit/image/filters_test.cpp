@@ -70,7 +70,11 @@ Values random_kernel(Material& material, std::size_t count) {
 
 double random_divisor(Material& material, const Values& kernel) {
     const double sum = reference::sum(kernel);
-    switch (material.between(0, 7)) {
+    static const double extremes[] = {std::nan(""), HUGE_VAL, -HUGE_VAL,      -0.0, 5e-324,
+                                      -1e-300,      1e-9,     137438953472.0, 1e300};
+    switch (material.between(0, 8)) {
+    case 8:
+        return extremes[material.between(0, 8)];
     case 0:
         return 1.0;
     case 1:
@@ -391,6 +395,28 @@ TEST_P(Blur, DirectionalMatchesTheDefinition) {
         image_blur_directional(img.get(), r, angle, aspect, strength);
         ASSERT_EQ(picture_of(img.get()), reference::convolve(picture, kernel, r, divisor, 0))
             << "radius " << r << ", angle " << angle << ", aspect " << aspect << ", strength " << strength;
+    }
+}
+
+TEST_P(Blur, TakesAnyStrengthAndAspect) {
+    Material material(36);
+    for (const double strength : {0.0, -0.0, -2.0, std::nan(""), 1e-300, HUGE_VAL}) {
+        const Picture picture = material.picture();
+        const Values kernel = reference::blur_weights(5);
+        const ImagePtr img = make_image(picture);
+        image_blur_h(img.get(), 5, strength);
+        EXPECT_EQ(picture_of(img.get()),
+                  reference::convolve_h(picture, kernel, 5, reference::sum(kernel) / strength, 0))
+            << "strength " << strength;
+        for (const double aspect : {0.0, -0.5, 1.0}) {
+            const Values weights = reference::directional_weights(3, 0.3, aspect);
+            const double divisor = reference::sum(weights) / strength * 0.00390625;
+            const ImagePtr other = make_image(picture);
+            image_blur_directional(other.get(), 3, 0.3, aspect, strength);
+            EXPECT_EQ(picture_of(other.get()), // a convolution in place takes a divisor of 0 as 1
+                      reference::convolve(picture, weights, 3, divisor == 0.0 ? 1.0 : divisor, 0))
+                << "strength " << strength << ", aspect " << aspect;
+        }
     }
 }
 

@@ -3,15 +3,18 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <functional>
 #include <string>
 
+#include "image/bmp.h"
 #include "image/filters.h"
 #include "image/generators.h"
 #include "image/image.h"
 #include "image/noise.h"
 #include "image/progress.h"
 #include "image/transforms.h"
+#include "image/upload.h"
 #include "support.h"
 
 namespace {
@@ -98,10 +101,87 @@ const Operation& named(const Operation (&table)[N], const char* name) {
                          [name](const Operation& operation) { return operation.name == name; });
 }
 
+// What each operation refuses, of what is not said by null.
+const InPlace kRefused[] = {
+    {"set_alpha of another size",
+     [](Image* img) { image_set_alpha(img, make_filled(2, 2, kImageGrey, 1).get()); }},
+    {"line that ends outside", [](Image* img) { image_line(img, 0, 0, 7, 0, 0xFF123456); }},
+    {"scatter_noise of density 0", [](Image* img) { image_scatter_noise(img, 0); }},
+    {"convolve without a kernel", [](Image* img) { image_convolve(img, nullptr, 1, 16.0, 0); }},
+    {"blur_h of a negative radius", [](Image* img) { image_blur_h(img, -1, 1.0); }},
+    {"blur_v of a negative radius", [](Image* img) { image_blur_v(img, -1, 1.0); }},
+    {"blur_directional of a negative radius",
+     [](Image* img) { image_blur_directional(img, -1, 0.5, 0.5, 1.0); }},
+    {"blend of another size",
+     [](Image* img) { image_blend(img, make_filled(2, 2, kImageGrey, 1).get(), kMixAdd, 256); }},
+    {"colorize of colour",
+     [](Image* img) {
+         if (image_has_three_planes(img)) image_colorize(img, 0xFF000080, 0xFFFF8000);
+     }},
+    {"gamma of 0", [](Image* img) { image_gamma(img, 15, 0.0); }},
+    {"posterize to -1 levels", [](Image* img) { image_posterize(img, 15, -1); }},
+    {"posterize to too many levels", [](Image* img) { image_posterize(img, 15, 65536); }},
+    {"light by another size",
+     [](Image* img) {
+         image_light(img, make_filled(2, 2, kImageGrey, 1).get(), {0.5, 0.5, 0.5, 0.5, 3.0});
+     }},
+    {"shrink by 0", [](Image* img) { image_shrink(img, 0, 2); }},
+    {"shrink by more than the size", [](Image* img) { image_shrink(img, 2, 6); }},
+    {"enlarge by 0", [](Image* img) { image_enlarge(img, 2, 0); }},
+    {"enlarge beyond 2^31 values", [](Image* img) { image_enlarge(img, 100000, 100000); }},
+    {"displace by another size",
+     [](Image* img) { image_displace(img, make_filled(2, 2, kImageGrey, 1).get(), 64, 64, false); }},
+    {"rotozoom to 0", [](Image* img) { image_rotozoom(img, 0.5, 0.0); }},
+};
+
 // Grey, so that image_colorize takes it.
 ImagePtr some_image() {
     Material material(70);
     return make_image(material.picture(7, 5, kImageGrey));
+}
+
+// With all planes, so that memory can run out between them.
+ImagePtr some_full_image() {
+    Material material(71);
+    return make_image(material.picture(7, 5, kImageColor | kImageAlpha | kImageWrap));
+}
+
+using MakeImage = ImagePtr (*)();
+constexpr MakeImage kSomeImages[] = {some_image, some_full_image};
+
+void expect_untouched_without_memory(const InPlace& operation, MakeImage make) {
+    for (int successes = 0;; ++successes) {
+        const ImagePtr img = make();
+        const Picture before = picture_of(img.get());
+        const ProgressCount progress;
+        bool ran_out = false;
+        {
+            const ScarceMemory memory(successes);
+            operation.run(img.get());
+            ran_out = memory.ran_out();
+        }
+        if (!ran_out) return;
+        EXPECT_EQ(picture_of(img.get()), before) << operation.name << " after " << successes;
+        EXPECT_EQ(progress.calls(), 0) << operation.name << " after " << successes;
+    }
+}
+
+void expect_null_without_memory(const NewForm& operation, MakeImage make) {
+    for (int successes = 0;; ++successes) {
+        const ImagePtr img = make();
+        const ProgressCount progress;
+        Image* result = nullptr;
+        bool ran_out = false;
+        {
+            const ScarceMemory memory(successes);
+            result = operation.run(img.get());
+            ran_out = memory.ran_out();
+        }
+        const ImagePtr owner = owned(result);
+        if (!ran_out) return;
+        EXPECT_EQ(result, nullptr) << operation.name << " after " << successes;
+        EXPECT_EQ(progress.calls(), 0) << operation.name << " after " << successes;
+    }
 }
 
 } // namespace
@@ -138,43 +218,44 @@ TEST(Operations, IgnoreNullAndDoNotReportProgress) {
     EXPECT_EQ(progress.calls(), 0);
 }
 
-TEST(Operations, InPlaceLeaveTheImageAsItWasWhereverMemoryRunsOut) {
-    for (const InPlace& operation : kInPlace) {
-        for (int successes = 0;; ++successes) {
-            const ImagePtr img = some_image();
+TEST(Operations, LeaveAloneWhatTheyRefuseAndDoNotReportProgress) {
+    for (const InPlace& refused : kRefused) {
+        for (const MakeImage make : kSomeImages) {
+            const ImagePtr img = make();
             const Picture before = picture_of(img.get());
             const ProgressCount progress;
-            bool ran_out = false;
-            {
-                const ScarceMemory memory(successes);
-                operation.run(img.get());
-                ran_out = memory.ran_out();
-            }
-            if (!ran_out) break;
-            EXPECT_EQ(picture_of(img.get()), before) << operation.name << " after " << successes;
-            EXPECT_EQ(progress.calls(), 0) << operation.name << " after " << successes;
+            refused.run(img.get());
+            EXPECT_EQ(picture_of(img.get()), before) << refused.name;
+            EXPECT_EQ(progress.calls(), 0) << refused.name;
         }
     }
 }
 
+TEST(Operations, ThatMakeNoPixelsDoNotReportProgress) {
+    const ProgressCount progress;
+    Image* const dst = image_create(7, 5, kImageColor);
+    ASSERT_NE(dst, nullptr);
+    EXPECT_EQ(progress.calls(), 0) << "create";
+    image_replace(dst, some_full_image().release());
+    EXPECT_EQ(progress.calls(), 0) << "replace";
+    image_upload(dst, kTextureMipmapped);
+    EXPECT_EQ(progress.calls(), 0) << "upload";
+    std::int32_t size = 0;
+    std::free(image_to_bmp(dst, &size));
+    EXPECT_GT(size, 0);
+    EXPECT_EQ(progress.calls(), 0) << "to_bmp";
+    image_free(dst);
+    EXPECT_EQ(progress.calls(), 0) << "free";
+}
+
+TEST(Operations, InPlaceLeaveTheImageAsItWasWhereverMemoryRunsOut) {
+    for (const InPlace& operation : kInPlace)
+        for (const MakeImage make : kSomeImages) expect_untouched_without_memory(operation, make);
+}
+
 TEST(Operations, InNewFormGiveNullWhereverMemoryRunsOut) {
-    for (const NewForm& operation : kNewForms) {
-        for (int successes = 0;; ++successes) {
-            const ImagePtr img = some_image();
-            const ProgressCount progress;
-            Image* result = nullptr;
-            bool ran_out = false;
-            {
-                const ScarceMemory memory(successes);
-                result = operation.run(img.get());
-                ran_out = memory.ran_out();
-            }
-            const ImagePtr owner = owned(result);
-            if (!ran_out) break;
-            EXPECT_EQ(result, nullptr) << operation.name << " after " << successes;
-            EXPECT_EQ(progress.calls(), 0) << operation.name << " after " << successes;
-        }
-    }
+    for (const NewForm& operation : kNewForms)
+        for (const MakeImage make : kSomeImages) expect_null_without_memory(operation, make);
 }
 
 TEST(Operations, InNewFormMakeWhatTheFormInPlaceMakes) {

@@ -101,6 +101,13 @@ TEST(ImageReplace, LeavesNoPlaneBehindThatTheSourceLacks) {
     EXPECT_EQ(picture_of(dst.get()), (Picture{2, 2, 1, {}, {7, 7, 7, 7}, {}, {}}));
 }
 
+TEST(ImageReplace, OfAnImageByItselfChangesNothing) {
+    const ImagePtr img = make_filled(2, 1, kImageColor | kImageAlpha, 5);
+    const Picture before = picture_of(img.get());
+    image_replace(img.get(), img.get());
+    EXPECT_EQ(picture_of(img.get()), before);
+}
+
 TEST(ImageReplace, IgnoresNull) {
     const ImagePtr img = make_filled(2, 1, kImageGrey, 5);
     image_replace(img.get(), nullptr);

@@ -245,7 +245,7 @@ Values directional_weights(std::int32_t r, double angle, double aspect) {
                 t = aspect + (1 - aspect) * (1 - t);
                 d = d / t;
             }
-            weights.push_back(d <= 1 ? static_cast<std::int32_t>(std::cos(d * kPi) * 128 + 128) : 0);
+            weights.push_back(d <= 1 ? trunc_32(std::cos(d * kPi) * 128 + 128) : 0);
         }
     }
     return weights;
