@@ -92,11 +92,11 @@ PulseRecorder::PulseRecorder() : stream_(std::make_unique<Stream>()) {
     pa_threaded_mainloop_start(s.loop);
     make_urgent(false);
     s.wait([&] { return pa_context_get_state(s.context) == PA_CONTEXT_READY; }, "no server");
-    pa_sample_spec spec{};
-    spec.format = PA_SAMPLE_FLOAT32NE;
-    spec.rate = static_cast<std::uint32_t>(kRate);
-    spec.channels = 2;
-    s.stream = pa_stream_new(s.context, "recorder", &spec, nullptr);
+    pa_sample_spec format{};
+    format.format = PA_SAMPLE_FLOAT32NE;
+    format.rate = static_cast<std::uint32_t>(kRate);
+    format.channels = 2;
+    s.stream = pa_stream_new(s.context, "recorder", &format, nullptr);
     pa_stream_set_read_callback(s.stream, Stream::on_data, &s);
     pa_buffer_attr attributes{};
     attributes.maxlength = static_cast<std::uint32_t>(-1);

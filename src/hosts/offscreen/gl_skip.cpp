@@ -70,9 +70,9 @@ void begin_gl_frame(std::int64_t frame, bool drawn) {
     g_origin.begin_frame(frame, drawn);
     if (g_skip == !drawn) return;
     g_skip = !drawn;
-    // A condition that is never met. The vertices of a skipped frame still go where those of a drawn one go, up
-    // to the driver: how it cuts the stream of vertices into batches depends on all that came before, and the
-    // last bit of a pixel may depend on that.
+    // A condition that is never met. The vertices of a skipped frame still go where those of a drawn one go,
+    // up to the driver: how it cuts the stream of vertices into batches depends on all that came before, and
+    // the last bit of a pixel may depend on that.
     if (g_skip) {
         glBeginConditionalRender(query_without_samples(), GL_QUERY_WAIT);
     } else {
