@@ -1,5 +1,6 @@
-// Feeds the image library with any sequence of operations on images of any size, flags and values. What is
-// checked is what the sanitizers see, and that an image stays one: its size and planes fit its flags.
+// Feeds the image library with sequences of its operations in place, but for rotozoom, and a BMP export, on
+// two images of any flags and values that start with up to 200 x 200 pixels. What is checked is what the
+// sanitizers see, and that an image stays one: its size and planes fit its flags.
 //
 // The input is a list of bytes: the size, flags and values of two images, then operations with their
 // arguments.
@@ -138,7 +139,8 @@ void line(Input& in, Image* img) {
 void levels(Input& in, Image* img) {
     const std::int32_t in_lo = in.integer(), in_hi = in.integer(), out_lo = in.integer(),
                        out_hi = in.integer();
-    image_levels(img, in.byte(), in_lo, in_hi, out_lo, out_hi);
+    const std::uint32_t mask = in.byte();
+    image_levels(img, mask, in_lo, in_hi, out_lo, out_hi);
 }
 
 void light(Input& in, Image* img, const Image* other) {
@@ -175,7 +177,21 @@ void export_bmp(const Image* img) {
     std::free(image_to_bmp(img, &size));
 }
 
+void linear_gradient(Input& in, Image* img) {
+    const std::int32_t x0 = in.integer(), y0 = in.integer(), x1 = in.integer(), y1 = in.integer();
+    image_linear_gradient(img, x0, y0, x1, y1);
+}
+
+void displace(Input& in, Image* img, const Image* other) {
+    const std::int32_t sx = in.integer(), sy = in.integer();
+    image_displace(img, other, sx, sy, in.byte() & 1);
+}
+
+// An argument list may be evaluated in any order, so at most one of its members reads the input.
 void run_operation(Input& in, Image* img, const Image* other) {
+    std::int32_t i;
+    std::uint32_t mask;
+    double a;
     switch (in.byte() % 26) {
     case 0:
         return image_set_alpha(img, other);
@@ -190,41 +206,52 @@ void run_operation(Input& in, Image* img, const Image* other) {
     case 5:
         return image_scatter_noise(img, in.integer());
     case 6:
-        return image_plasma(img, in.integer(), in.real());
+        i = in.integer();
+        return image_plasma(img, i, in.real());
     case 7:
-        return image_radial(img, in.real(), in.real());
+        a = in.real();
+        return image_radial(img, a, in.real());
     case 8:
-        return image_linear_gradient(img, in.integer(), in.integer(), in.integer(), in.integer());
+        return linear_gradient(in, img);
     case 9:
-        return image_cells(img, in.below(5), in.byte() & 1);
+        i = in.below(5);
+        return image_cells(img, i, in.byte() & 1);
     case 10:
         return convolve(in, img);
     case 11:
-        return image_blur_h(img, in.below(300), in.real());
+        i = in.below(300);
+        return image_blur_h(img, i, in.real());
     case 12:
-        return image_blur_v(img, in.below(300), in.real());
+        i = in.below(300);
+        return image_blur_v(img, i, in.real());
     case 13:
         return blur_directional(in, img);
     case 14:
         return levels(in, img);
     case 15:
-        return image_contrast(img, in.byte(), in.integer(), in.real());
+        mask = in.byte();
+        i = in.integer();
+        return image_contrast(img, mask, i, in.real());
     case 16:
-        return image_blend(img, other, in.byte() % 9, in.integer());
+        i = in.byte() % 9;
+        return image_blend(img, other, i, in.integer());
     case 17:
         return image_rank(img, in.byte() & 1);
     case 18:
         return image_emboss(img, in.real());
     case 19:
-        return image_gamma(img, in.byte(), in.real());
+        mask = in.byte();
+        return image_gamma(img, mask, in.real());
     case 20:
-        return image_posterize(img, in.byte(), in.integer());
+        mask = in.byte();
+        return image_posterize(img, mask, in.integer());
     case 21:
         return light(in, img, other);
     case 22:
-        return image_shift(img, in.integer(), in.integer());
+        i = in.integer();
+        return image_shift(img, i, in.integer());
     case 23:
-        return image_displace(img, other, in.integer(), in.integer(), in.byte() & 1);
+        return displace(in, img, other);
     case 24:
         return transform(in, img);
     default:
@@ -246,7 +273,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::int32_t width = in.below(200) + 1, height = in.below(200) + 1;
     const ImagePtr img = read_image(in, width, height);
     const bool same = in.byte() & 3;
-    const ImagePtr other = read_image(in, same ? width : in.below(50) + 1, same ? height : in.below(50) + 1);
+    const std::int32_t other_width = same ? width : in.below(50) + 1,
+                       other_height = same ? height : in.below(50) + 1;
+    const ImagePtr other = read_image(in, other_width, other_height);
     for (int i = 0; i < kMaxOperations && !in.empty(); ++i) {
         run_operation(in, img.get(), in.byte() % 5 ? other.get() : img.get());
         check(img.get());
