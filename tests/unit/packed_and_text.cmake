@@ -6,6 +6,7 @@ gtest_discover_tests(packed_picture_test)
 add_executable(text_test text_test.cpp)
 target_link_libraries(text_test PRIVATE show GTest::gtest_main)
 target_compile_definitions(text_test PRIVATE SKAV_DATA="${PROJECT_SOURCE_DIR}/data")
+target_link_options(text_test PRIVATE -Wl,--wrap=FT_Load_Char -Wl,--wrap=FT_Set_Pixel_Sizes -Wl,--wrap=FT_Init_FreeType)
 gtest_discover_tests(text_test)
 
 if(SKAV_TOOLS)

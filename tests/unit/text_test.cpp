@@ -16,6 +16,39 @@
 
 namespace {
 
+// What FreeType is made to fail at.
+unsigned g_failing_char = 0; // a character code; 0: none
+bool g_failing_sizes = false;
+bool g_failing_library = false;
+
+} // namespace
+
+extern "C" {
+
+FT_Error __real_FT_Load_Char(FT_Face face, FT_ULong code, FT_Int32 flags);
+FT_Error __wrap_FT_Load_Char(FT_Face face, FT_ULong code, FT_Int32 flags);
+FT_Error __real_FT_Set_Pixel_Sizes(FT_Face face, FT_UInt width, FT_UInt height);
+FT_Error __wrap_FT_Set_Pixel_Sizes(FT_Face face, FT_UInt width, FT_UInt height);
+FT_Error __real_FT_Init_FreeType(FT_Library* library);
+FT_Error __wrap_FT_Init_FreeType(FT_Library* library);
+
+} // extern "C"
+
+FT_Error __wrap_FT_Load_Char(FT_Face face, FT_ULong code, FT_Int32 flags) {
+    if (g_failing_char != 0 && code == g_failing_char) return FT_Err_Invalid_Glyph_Index;
+    return __real_FT_Load_Char(face, code, flags);
+}
+
+FT_Error __wrap_FT_Set_Pixel_Sizes(FT_Face face, FT_UInt width, FT_UInt height) {
+    return g_failing_sizes ? FT_Err_Invalid_Pixel_Size : __real_FT_Set_Pixel_Sizes(face, width, height);
+}
+
+FT_Error __wrap_FT_Init_FreeType(FT_Library* library) {
+    return g_failing_library ? FT_Err_Out_Of_Memory : __real_FT_Init_FreeType(library);
+}
+
+namespace {
+
 const char kVera[] = SKAV_DATA "/Vera.ttf";
 
 struct ImageDeleter {
@@ -307,6 +340,35 @@ TEST(DrawText, ACharacterWithoutAGlyphIsDrawnAsTheFontsSubstitute) {
     ModelFace().draw(expected, 64, 64, 4, 40, 20, 20, 0, "\x01");
     draw_text(img.get(), font.get(), 4, 40, 20, 20, 0, "\x01");
     EXPECT_EQ(grey_values(img), expected);
+}
+
+TEST(DrawText, ACharacterThatCannotBeLoadedIsSkippedWithoutAdvancing) {
+    const OwnedFont font = vera();
+    const OwnedImage img = make_image(64, 64, kImageGrey, 0);
+    std::vector<int> expected = grey_values(img);
+    ModelFace().draw(expected, 64, 64, 4, 40, 20, 20, 0, "ac");
+    g_failing_char = 'b';
+    draw_text(img.get(), font.get(), 4, 40, 20, 20, 0, "abc");
+    EXPECT_EQ(grey_values(img), expected);
+}
+
+TEST(DrawText, DrawsNothingInASizeThatIsRefused) {
+    const OwnedFont font = vera();
+    const OwnedImage img = make_image(64, 64, kImageGrey, 0xff404040);
+    const std::vector<int> expected = grey_values(img);
+    g_failing_sizes = true;
+    draw_text(img.get(), font.get(), 4, 40, 20, 20, 0, "abc");
+    EXPECT_EQ(grey_values(img), expected);
+}
+
+TEST(FontLoad, WithoutTheLibraryGivesNullAndTriesAgain) {
+    g_failing_library = true;
+    EXPECT_EQ(font_load(kVera), nullptr);
+    EXPECT_EQ(g_ft_ready, 0);
+    g_failing_library = false;
+    const OwnedFont font = vera();
+    EXPECT_NE(font, nullptr);
+    EXPECT_EQ(g_ft_ready, 1);
 }
 
 TEST(DrawText, DoesNotReportProgress) {
