@@ -1,4 +1,4 @@
-// Red beams: glowing tubes made of cylinders of the shared quadric, laid end to end along z.
+// Beams: tubes of cylinders of the shared quadric, laid end to end along z. Most of them are red and glow.
 #pragma once
 
 #include <GL/glu.h>

@@ -251,7 +251,7 @@ void show_layers(int wall, int ribbon, int beam) {
     g_greet_show_beam = beam;
 }
 
-// Beside and below the helix, before the title's white screen.
+// Beside the helix, 210 units above its foot, before the title's white screen.
 void camera_pass_1() {
     show_layers(0, 1, 0);
     glEnable(GL_BLEND);
@@ -370,7 +370,7 @@ void greetings_start() {
 }
 
 void greetings_render() {
-    // From the single-precision copy: up to some microseconds off the scene's own clock.
+    // From the frame that started the pass, in single precision; not g_scene_time, which counts from the cue.
     const float t = static_cast<float>(g_demo_time - g_greet_pass_start);
     glLoadIdentity();
     set_render_state(kDepthTest | kLighting | kTexture);

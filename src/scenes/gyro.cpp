@@ -23,7 +23,7 @@ namespace {
 
 int g_gyro_pass;         // how many times the scene was started
 float g_gyro_pass_start; // seconds of show time
-unsigned tex_glow;       // a red disc with a soft edge
+unsigned tex_glow;       // red and clear in the middle, black and opaque at the rim and in the corners
 
 // --- The slabs ---
 

@@ -3,7 +3,8 @@
 namespace {
 
 // The toast (line 13) is on the screen when the sign comes, seconds 60 to 64. Line 18 has only half a screen
-// before line 19 follows: it must be short. So must the last one, which the scene's end would cut.
+// before line 19 follows: it must be short. So must the last one: a long line's end would come in only just
+// before the scene ends, and nobody could read it.
 constexpr const char* kPoem[2][kPoemLines] = {
     {
         "Am Ende der Gasse, da stand unsre Bar.",

@@ -9,7 +9,7 @@ struct RibbonPoint {
 // x and z of the centre line (radius 5) at an angle in radians; y as given.
 RibbonPoint ribbon_point(double angle, double y);
 
-// From the centre line at p to the band's outer edge, where `next` is the point after p. About 3 units long:
+// From the centre line at p to the band's other edge, where `next` is the point after p. About 3 units long:
 // vec3_scale_by_length stretches by the length instead of dividing by it.
 RibbonPoint ribbon_edge(const RibbonPoint& p, const RibbonPoint& next);
 

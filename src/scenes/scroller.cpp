@@ -1,7 +1,7 @@
 // The scroller: a flat layer of old tricks (a poem on a film strip, raster bars, plasma flashes, sprites,
-// stars, a sliding sign, a cube). Most of the time the layer is drawn into a corner of the frame buffer,
-// copied into a texture and laid on a sheet in a room of walls, film ribbons and tubes; for a while it fills
-// the screen itself.
+// stars, a sliding sign, a cube). At first and at the end the layer is drawn into a corner of the frame
+// buffer, copied into a texture and laid on a sheet in a room of walls, film ribbons and tubes; from second
+// 23.2 to 71 it fills the screen itself.
 #include <GL/glu.h>
 
 #include <cmath>
@@ -222,8 +222,8 @@ constexpr PlasmaFlash kPlasmaFlashes[] = {{14, 22, -1536}, {23.2, 28, -1024}, {2
 // In for a second, out for three; past that the alpha is negative until the span ends, and GL clamps it.
 double plasma_alpha(double since) { return since > 1 ? 1 - (since - 1) / 3 : since; }
 
-// One sheet that turns about the origin, and another at half strength that turns the other way about the
-// screen's middle.
+// One sheet that turns about the origin, and another at half strength that turns the other way about its own
+// point (1024, 1024).
 void draw_plasma(float t) {
     begin_2d();
     for (const PlasmaFlash& flash : kPlasmaFlashes) {
@@ -262,8 +262,8 @@ void draw_sign(float t) {
     end_2d();
 }
 
-// One bar across the screen; s of -1..1 swings it from above the top edge to the bottom. The texture's first
-// axis runs down across the bar.
+// One bar across the screen; s of -0.8..0.8 takes its top edge from just above the screen (y = -8) to 606.
+// The texture's first axis runs down across the bar.
 void draw_bar_band(double s) {
     const double y = (s + 1) * 384 - 85;
     glBegin(GL_QUADS);
@@ -469,7 +469,7 @@ void draw_tube_row() {
     for (int i = 0; i < 20; ++i) draw_glowing_piece(i);
 }
 
-// Along both side walls.
+// Out to the right and to the left, along the axes of the film ribbons.
 void draw_tube_rows() {
     for (int side = 1; side >= -1; side -= 2) {
         glPushMatrix();

@@ -65,8 +65,8 @@ void set_full_viewport() { glViewport(0, 0, 1024, 768); }
 
 void set_picture_viewport() { glViewport(0, 76, 1024, 614); }
 
-// 0x1702 names a matrix, not a capability. GL rejects both calls and texturing stays on under the bars, whose
-// colour is black and transparent all the same. Meant.
+// 0x1702 names a matrix, not a capability: GL rejects both calls, and texturing stays as it is under the
+// bars, which come out black with or without it. Meant.
 void begin_letterbox() {
     glDisable(GL_BLEND);
     glDisable(GL_LIGHTING);

@@ -38,13 +38,13 @@ void draw_caption(int row);
 void set_full_viewport();
 void set_picture_viewport();
 
-// The two bars in the window's viewport, with blending, lighting, texturing and depth writes off, inside a
-// begin_2d that is left open.
+// The two bars in the window's viewport, with blending, lighting and depth writes off, inside a begin_2d that
+// is left open. Texturing stays as it is.
 void begin_letterbox();
 
-// Switches on again what begin_letterbox switched off, but leaves the overlay and the viewport.
+// Switches blending, lighting and depth writes on again, but leaves the overlay and the viewport.
 void restore_after_letterbox();
 
-// The bars from start to end: enters with any state, leaves blending, lighting, texturing and depth writes on
-// and the viewport of the picture.
+// The bars from start to end: enters with any state, leaves blending, lighting and depth writes on, texturing
+// as it was, and the viewport of the picture.
 void draw_letterbox();

@@ -28,7 +28,7 @@ constexpr double kFadeStart = 6.0; // seconds
 
 float title_alpha(float t) {
     if (t <= kFadeStart) return 1.0f;
-    return static_cast<float>(1.0 - (t - kFadeStart) * 0.5); // below 0 from second 8 on; GL clamps it
+    return static_cast<float>(1.0 - (t - kFadeStart) * 0.5); // below 0 after second 8; GL clamps it
 }
 
 // The image at x 207 to 617 and y 256 to 512. Its outermost columns are left out, so that the edges do not
@@ -66,7 +66,7 @@ void title_prepare() {
 
 void title_start() {}
 
-// The blend function is the one that the scene before left. Meant.
+// The title is drawn first, so the blend function is what the frame before left. Meant.
 void title_render() {
     const float t = static_cast<float>(g_demo_time - title_base_time);
     glClearColor(1, 1, 1, 0);
