@@ -14,7 +14,7 @@ constexpr const char* kPoem[2][kPoemLines] = {
         "Die Klinke war locker, die St\xfchle aus Holz.",
         "Der Wirt kannte jeden und war darauf stolz.",
 
-        "Hier trafen sich alle, und keiner blieb fremd.",
+        "Dort trafen sich alle, und keiner blieb fremd.",
 
         "Wir malten auf Deckel, was keiner verstand.",
         "Die H\xe4lfte davon h\xe4ngt bei uns an der Wand.",
@@ -23,16 +23,16 @@ constexpr const char* kPoem[2][kPoemLines] = {
 
         "Dann hing eines Abends ein Zettel am Tor.",
         "Der Wirt las ihn allen noch einmal laut vor.",
-        "Nun hebt eure Gl\xe4ser, egal wo ihr seid!",
+        "Nun hebt eure Gl\xe4ser, egal, wo ihr seid!",
         "Wir trinken auf euch und die herrliche Zeit!",
-        "Auf alle, die fehlen und die wir noch sehn!",
+        "Auf alle, die fehlen, und die wir noch sehn!",
         "Auf alle die N\xe4"
         "chte, die nie ganz vergehn!",
-        "Die Gasse ist dunkel, der Zapfhahn ist leer.",
+        "Die Gasse ist dunkel, die F\xe4sser sind leer.",
         "Wir kommen noch her.",
 
         "Wo zwei von uns sitzen, da steht sie noch heut.",
-        "Die St\xfchle sind neu, doch es sind unsre Leut'.",
+        "Die St\xfchle sind neu, doch es sind unsre Leut.",
         "Schlaf gut, alte Bar!",
     },
     {
@@ -53,7 +53,7 @@ constexpr const char* kPoem[2][kPoemLines] = {
         "One evening the landlord took down the sign.",
         "He said: this last round, my friends, is mine.",
         "So up with your glasses, whoever you are!",
-        "This one goes to everyone, near and far!",
+        "And this one's for everyone, near and far!",
         "To those who moved on and to those who remain!",
         "To all who came in just to wait out the rain!",
         "The corner is quiet, the barstools are gone.",
