@@ -2,6 +2,8 @@
 // fades away between seconds 3 and 7, while the pipes fade in.
 #include <GL/glu.h>
 
+#include <algorithm>
+
 #include "driver/gl_helpers.h"
 #include "driver/show.h"
 #include "image/filters.h"
@@ -141,7 +143,7 @@ void credits_start() {
 void credits_render() {
     const float t = static_cast<float>(g_demo_time - g_credits_start_time);
     // Below 0 until second 3: the cover is then more than opaque and the pipes cannot be seen.
-    const double fade = t < 7.0f ? (t - 3.0) * 0.25 : 1.0;
+    const double fade = std::min((t - 3.0) * 0.25, 1.0);
     glLoadIdentity();
     set_render_state(kDepthTest | kLighting | kTexture);
     glClearColor(1.0f, 1.0f, 1.0f, 0.0f);

@@ -302,13 +302,17 @@ void camera_pass_4() {
 void greetings_camera(float t) {
     switch (g_greet_pass) {
     case 1:
-        return camera_pass_1();
+        camera_pass_1();
+        return;
     case 2:
-        return camera_pass_2(t);
+        camera_pass_2(t);
+        return;
     case 3:
-        return camera_pass_3(t);
+        camera_pass_3(t);
+        return;
     case 4:
-        return camera_pass_4();
+        camera_pass_4();
+        return;
     }
 }
 

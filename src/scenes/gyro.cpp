@@ -43,6 +43,10 @@ void make_block_powers() {
 
 // Floor and ceiling. The translation is not pushed: it stays for the layers that follow.
 void draw_slabs() {
+    glEnable(GL_CULL_FACE);
+    glCullFace(GL_FRONT);
+    glDisable(GL_BLEND);
+    glBindTexture(GL_TEXTURE_2D, tex_wall);
     glTranslated(-120, -120, -40);
     for (int i = 0; i < kBlocks; ++i) {
         for (int j = 0; j < kBlocks; ++j) {
@@ -130,7 +134,12 @@ constexpr RingSet kRingSets[] = {
     {{0, 0, 1}, 200, {0.3f, 0.5f, 0.9f}, 3, 5, {4.9f, 3.0f}},
 };
 
+// This translation stays as well.
 void draw_gyroscope() {
+    glTranslated(240, 240, -40);
+    glDisable(GL_CULL_FACE);
+    glEnable(GL_BLEND);
+    glBindTexture(GL_TEXTURE_2D, tex_glow);
     for (const RingSet& set : kRingSets) {
         glPushMatrix();
         glColor3f(set.color[0], set.color[1], set.color[2]);
@@ -273,15 +282,7 @@ void gyro_render() {
     gyro_camera(t);
     glClearColor(0.5f, 0.5f, 0.5f, 0.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    glEnable(GL_CULL_FACE);
-    glCullFace(GL_FRONT);
-    glDisable(GL_BLEND);
-    glBindTexture(GL_TEXTURE_2D, tex_wall);
     draw_slabs();
-    glTranslated(240, 240, -40);
-    glDisable(GL_CULL_FACE);
-    glEnable(GL_BLEND);
-    glBindTexture(GL_TEXTURE_2D, tex_glow);
     draw_gyroscope();
     draw_beam_columns();
     draw_helices();

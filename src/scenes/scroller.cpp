@@ -68,7 +68,7 @@ void draw_sheet_cell(int i, int j) {
         z0 = edge_curl(column - 35);
         z1 = edge_curl(column - 34);
     }
-    const double s0 = (i + 20) * 0.025, s1 = (i + 21) * 0.025;
+    const double s0 = column * 0.025, s1 = (column + 1) * 0.025;
     const double t0 = (j + 20) * 0.025, t1 = (j + 21) * 0.025;
     glTexCoord2d(s0, t0);
     glVertex3d(i, j, z0);
