@@ -8,10 +8,10 @@
 #include "driver/show.h"
 #include "image/filters.h"
 #include "image/image.h"
-#include "image/upload.h"
 #include "scenes/lettering.h"
 #include "scenes/scenes.h"
 #include "scenes/stage.h"
+#include "scenes/texture.h"
 #include "text/text.h"
 
 namespace {
@@ -117,15 +117,13 @@ void set_up_pipe_light() {
 
 void credits_prepare() {
     Font* font = font_load("./Vera.ttf");
-    Image* img = image_create(800, 600, kImageGrey);
-    image_fill(img, 0xFF000000);
+    Image* img = create_black(800, 600, kImageGrey);
     draw_text_line(img, font, kHeading);
     change_to_credits_font(font);
     for (const TextLine& line : kCreditLines) draw_text_line(img, font, line);
     image_rank(img, 1);
     invert(img); // black on white
-    tex_credits = image_upload(img, kTextureMipmapped);
-    image_free(img);
+    tex_credits = upload_and_free(img);
     font_free(font);
 }
 

@@ -8,7 +8,9 @@
 #include "driver/gl_helpers.h"
 #include "driver/show.h"
 #include "image/random.h"
+#include "scenes/angles.h"
 #include "scenes/beams.h"
+#include "scenes/caption.h"
 #include "scenes/greetings.h"
 #include "scenes/gyro.h"
 #include "scenes/scenes.h"
@@ -32,7 +34,7 @@ double g_cosine_square[kBlocks];
 
 void make_block_squares() {
     for (int n = 0; n < kBlocks; ++n) {
-        const double angle = n * 0.15915494327375637;
+        const double angle = n * kBlockWave;
         g_sine_square[n] = std::pow(std::sin(angle) * 2.7, 2);
         g_cosine_square[n] = std::pow(std::cos(angle) * 2.7, 2);
     }

@@ -14,11 +14,14 @@
 #include "image/image.h"
 #include "image/random.h"
 #include "image/upload.h"
+#include "scenes/angles.h"
 #include "scenes/beams.h"
+#include "scenes/caption.h"
 #include "scenes/lettering.h"
 #include "scenes/ribbon.h"
 #include "scenes/scenes.h"
 #include "scenes/stage.h"
+#include "scenes/texture.h"
 #include "text/text.h"
 
 unsigned tex_wall;
@@ -61,8 +64,7 @@ unsigned make_wall_texture() {
 
 // A band with two glowing edges; the glow is also its alpha.
 unsigned make_ribbon_texture() {
-    Image* glow = image_create(256, 256, kImageGrey | kImageWrap);
-    image_fill(glow, 0xff000000);
+    Image* glow = create_black(256, 256, kImageGrey | kImageWrap);
     image_line(glow, 12, 0, 13, 255, 0xffffffff);
     image_line(glow, 242, 0, 242, 255, 0xffffffff);
     image_blur_h(glow, 19, 25.0);
@@ -88,19 +90,14 @@ unsigned make_ribbon_texture() {
 unsigned make_beam_texture() {
     Image* img = image_create(256, 256, kImageGrey | kImageWrap);
     image_plasma(img, 32768, 0.67);
-    const unsigned texture = image_upload(img, kTextureMipmapped);
-    image_free(img);
-    return texture;
+    return upload_and_free(img);
 }
 
 unsigned make_shaft_texture() {
-    Image* img = image_create(128, 256, kImageGrey);
-    image_fill(img, 0xff000000);
+    Image* img = create_black(128, 256, kImageGrey);
     image_line(img, 64, 0, 64, 255, 0xffffffff);
     image_blur_h(img, 63, 85.0);
-    const unsigned texture = image_upload(img, kTextureMipmapped);
-    image_free(img);
-    return texture;
+    return upload_and_free(img);
 }
 
 // One line in each row of 64 pixels. The first four are this scene's, the next three the gyroscope room's and
@@ -114,12 +111,10 @@ constexpr TextLine kWordLines[] = {
 
 unsigned make_words_texture() {
     Font* font = font_load("./Vera.ttf");
-    Image* img = image_create(512, 512, kImageGrey);
-    image_fill(img, 0xff000000);
+    Image* img = create_black(512, 512, kImageGrey);
     for (const TextLine& line : kWordLines) draw_text_line(img, font, line);
     make_text_glow(img);
-    const unsigned texture = image_upload(img, kTextureMipmapped);
-    image_free(img);
+    const unsigned texture = upload_and_free(img);
     font_free(font);
     return texture;
 }
@@ -134,7 +129,7 @@ double g_bulge[kBoxesInRow];
 
 void make_bulge() {
     for (int j = 0; j < kBoxesInRow; ++j) {
-        g_bulge[j] = std::pow(std::cos(j * 0.15915494327375637) * 3.3, 4.0);
+        g_bulge[j] = std::pow(std::cos(j * kBlockWave) * 3.3, 4.0);
     }
 }
 
@@ -326,7 +321,7 @@ void draw_helix_ribbon(float phase) {
     const double low = g_scroll_y - 500.0;
     const double high = g_scroll_y + 600.0;
     const auto point = [phase](int step, double y) {
-        return ribbon_point((static_cast<double>(phase) + step) * 100 * 0.0017683882585972932, y);
+        return ribbon_point((static_cast<double>(phase) + step) * 100 * kWave, y);
     };
 
     // From just below the first step to be drawn up to it.

@@ -13,11 +13,13 @@
 #include "image/generators.h"
 #include "image/image.h"
 #include "image/upload.h"
+#include "scenes/angles.h"
 #include "scenes/beams.h"
+#include "scenes/caption.h"
 #include "scenes/greetings.h"
-#include "scenes/lettering.h"
 #include "scenes/scenes.h"
 #include "scenes/stage.h"
+#include "scenes/texture.h"
 
 namespace {
 
@@ -35,7 +37,7 @@ double g_sine_power[kBlocks];
 
 void make_block_powers() {
     for (int n = 0; n < kBlocks; ++n) {
-        const double angle = n * 0.15915494327375637;
+        const double angle = n * kBlockWave;
         g_cosine_power[n] = std::pow(std::cos(angle) * 1.1, 12);
         g_sine_power[n] = std::pow(std::sin(angle) * 0.9, 2);
     }
@@ -101,8 +103,8 @@ void draw_ring_band(float radius) {
     for (int i = 0; i < 36; ++i) {
         const Circle from = circle(i * 0.1768388258597293);
         const Circle to = circle((i + 1) * 0.1768388258597293);
-        const double far_from = std::cos(100 * i * 0.0017683882585972932);
-        const double far_to = std::cos((100 * i + 100) * 0.0017683882585972932);
+        const double far_from = std::cos(100 * i * kWave);
+        const double far_to = std::cos((100 * i + 100) * kWave);
         glPushMatrix();
         glScaled(5, 5, 5);
         glNormal3d(0, 0, -1);
@@ -248,10 +250,8 @@ void draw_helix_strand(float phase) {
 }
 
 void gyro_prepare() {
-    Image* unused = image_create(256, 256, kImageGrey);
-    image_fill(unused, 0xff000000);
-    Image* rim = image_create(256, 256, kImageGrey); // dark in the middle
-    image_fill(rim, 0xff000000);
+    Image* unused = create_black(256, 256, kImageGrey);
+    Image* rim = create_black(256, 256, kImageGrey); // dark in the middle
     image_radial(rim, 0.0, 1.0);
     invert(rim);
     image_set_alpha(unused, rim);

@@ -1,6 +1,7 @@
 #include "scenes/lettering.h"
 
 #include "image/filters.h"
+#include "scenes/texture.h"
 
 void draw_text_line(Image* img, Font* font, const TextLine& line) {
     draw_text(img, font, line.x, line.y, line.glyph_width, line.glyph_height, line.tracking, line.text);
@@ -13,5 +14,3 @@ void make_text_glow(Image* img) {
     image_blur_h(img, 4, 1.0);
     image_set_alpha(img, img);
 }
-
-void invert(Image* img) { image_levels(img, kPlaneRed | kPlaneGreen | kPlaneBlue, 0, 65535, 65535, 0); }

@@ -16,6 +16,3 @@ void draw_text_line(Image* img, Font* font, const TextLine& line);
 
 // Makes white text on black a pixel bolder, blurs it along the rows and takes the result for alpha too.
 void make_text_glow(Image* img);
-
-// Swaps black and white.
-void invert(Image* img);

@@ -14,7 +14,7 @@
 #include "image/image.h"
 #include "image/noise.h"
 #include "image/random.h"
-#include "image/upload.h"
+#include "scenes/angles.h"
 #include "scenes/beams.h"
 #include "scenes/greetings.h"
 #include "scenes/lettering.h"
@@ -23,6 +23,7 @@
 #include "scenes/scenes.h"
 #include "scenes/stage.h"
 #include "scenes/text_screen.h"
+#include "scenes/texture.h"
 #include "text/text.h"
 
 namespace {
@@ -45,9 +46,6 @@ struct Star {
 
 constexpr int kStars = 8000;
 Star g_stars[kStars];
-
-// Radians. A step of the ribbons is a hundred of these.
-constexpr double kWave = 0.0017683882585972932;
 
 // A draw as a fraction, 0 up to but not including 1.
 double random_fraction() { return random_next() * 0x1p-32; }
@@ -106,35 +104,29 @@ unsigned make_feedback_texture() {
 }
 
 unsigned make_bar_texture() {
-    Image* img = image_create(128, 256, kImageGrey | kImageAlpha);
-    image_fill(img, 0xFF000000);
+    Image* img = create_black(128, 256, kImageGrey | kImageAlpha);
     image_line(img, 64, 0, 64, 255, 0xFFFFFFFF);
     image_blur_h(img, 63, 85.0);
     image_set_alpha(img, img);
-    const unsigned texture = image_upload(img, kTextureMipmapped);
-    image_free(img);
-    return texture;
+    return upload_and_free(img);
 }
 
 unsigned make_poem_texture() {
     Font* font = font_load("./Vera.ttf");
-    Image* img = image_create(512, 700, kImageGrey);
-    image_fill(img, 0xFF000000);
+    Image* img = create_black(512, 700, kImageGrey);
     for (int i = 0; i < kPoemLines; ++i) {
         draw_text(img, font, poem_pen_x(g_english, i), 30 * (i + 1), 20, 20, -12, poem_line(g_english, i));
     }
     image_rank(img, 1);
     image_set_alpha(img, img);
-    const unsigned texture = image_upload(img, kTextureMipmapped);
-    image_free(img);
+    const unsigned texture = upload_and_free(img);
     font_free(font);
     return texture;
 }
 
 // Grain with sprocket holes along both edges; the alpha is its negative.
 unsigned make_film_texture() {
-    Image* img = image_create(512, 128, kImageGrey);
-    image_fill(img, 0xFF000000);
+    Image* img = create_black(512, 128, kImageGrey);
     image_noise(img, 41728);
     image_contrast(img, kPlaneRed | kPlaneGreen | kPlaneBlue, -15000, 2.47);
     for (int n = 0; n < 35; ++n) {
@@ -146,9 +138,7 @@ unsigned make_film_texture() {
     invert(img);
     image_set_alpha(img, img);
     invert(img);
-    const unsigned texture = image_upload(img, kTextureMipmapped);
-    image_free(img);
-    return texture;
+    return upload_and_free(img);
 }
 
 void make_stars() {
@@ -164,32 +154,25 @@ void make_stars() {
 unsigned make_plasma_texture() {
     Image* img = image_create(1024, 1024, kImageColor);
     image_plasma(img, 33280, 0.8);
-    const unsigned texture = image_upload(img, kTextureMipmapped);
-    image_free(img);
-    return texture;
+    return upload_and_free(img);
 }
 
 unsigned make_sign_texture() {
     Font* font = font_load("./Vera.ttf");
-    Image* img = image_create(512, 512, kImageGrey);
-    image_fill(img, 0xFF000000);
+    Image* img = create_black(512, 512, kImageGrey);
     draw_text(img, font, 25, 185, 92, 55, 0, "PROST!");
     image_blur_h(img, 8, 1.0);
     image_set_alpha(img, img);
-    const unsigned texture = image_upload(img, kTextureMipmapped);
-    image_free(img);
+    const unsigned texture = upload_and_free(img);
     font_free(font);
     return texture;
 }
 
 unsigned make_sprite_texture() {
-    Image* img = image_create(256, 256, kImageGrey);
-    image_fill(img, 0xFF000000);
+    Image* img = create_black(256, 256, kImageGrey);
     image_radial(img, 0.0, 1.0);
     image_set_alpha(img, img);
-    const unsigned texture = image_upload(img, kTextureMipmapped);
-    image_free(img);
-    return texture;
+    return upload_and_free(img);
 }
 
 // --- The layer ---
@@ -504,7 +487,7 @@ void draw_walls() {
             const double x = -108 + 12 * column;
             const double y = 30 * row;
             const double depth = column > 4 && column < 15 && row != 10 ? 25 : 70;
-            const double swell = 20 * std::sin(column * 0.15915494327375637) + 2;
+            const double swell = 20 * std::sin(column * kBlockWave) + 2;
             draw_wall_box(x, y, -20 - swell, depth + swell);
             draw_wall_box(x, y, 120 - depth, depth + swell);
         }

@@ -3,7 +3,6 @@
 #include <GL/glu.h>
 
 #include "driver/gl_helpers.h"
-#include "scenes/greetings.h"
 
 void set_up_lights() {
     static constexpr float kAmbient[4] = {0.8f, 0.8f, 0.8f, 1.0f};
@@ -45,20 +44,6 @@ void draw_flat(double x0, double y0, double x1, double y1, double t0, double t1)
     glTexCoord2d(1, t0);
     glVertex3d(x1, y0, 1);
     glEnd();
-}
-
-void draw_caption(int row) {
-    glLoadIdentity();
-    begin_2d();
-    glEnable(GL_TEXTURE_2D);
-    glBindTexture(GL_TEXTURE_2D, tex_words);
-    glColor4f(2.0f, 2.0f, 2.0f, 0.5f); // over-bright on purpose; clamped to white
-    glEnable(GL_BLEND);
-    glDisable(GL_LIGHTING);
-    glDepthMask(GL_FALSE);
-    glTranslated(-100, 0, 0);
-    if (row != kNoCaption) draw_flat(512, 668.16, 1024, 768, row * 0.125, (row + 1) * 0.125);
-    end_2d();
 }
 
 void set_full_viewport() { glViewport(0, 0, 1024, 768); }

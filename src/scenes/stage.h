@@ -26,12 +26,6 @@ void blend_alpha();
 // corners go down the left side and up the right one.
 void draw_flat(double x0, double y0, double x1, double y1, double t0 = 0.0, double t1 = 1.0);
 
-// The caption strip: one of eight rows of the words texture in the lower right, over-bright and half
-// transparent. kNoCaption sets the state and draws nothing. Leaves texturing and blending on, lighting and
-// depth writes off.
-constexpr int kNoCaption = -1;
-void draw_caption(int row);
-
 // --- The bars ---
 
 // The rows of the whole window and of the picture between the bars.

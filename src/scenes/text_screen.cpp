@@ -8,10 +8,10 @@
 #include "driver/gl_helpers.h"
 #include "driver/show.h"
 #include "image/image.h"
-#include "image/upload.h"
 #include "scenes/lettering.h"
 #include "scenes/scenes.h"
 #include "scenes/stage.h"
+#include "scenes/texture.h"
 #include "text/text.h"
 
 unsigned tex_panel;
@@ -68,14 +68,12 @@ void draw_panel_quad() { draw_flat(256, 128, 768, 640); }
 void text_screen_prepare() {
     const TextLine* lines = kPanel[g_english ? 1 : 0];
     Font* font = font_load("./Vera.ttf");
-    Image* img = image_create(512, 512, kImageGrey);
-    image_fill(img, 0xFF000000);
+    Image* img = create_black(512, 512, kImageGrey);
     draw_text_line(img, font, lines[0]);
     font_reopen(font, "./Vera.ttf");
     for (int i = 1; i < kPanelLines; ++i) draw_text_line(img, font, lines[i]);
     make_text_glow(img);
-    tex_panel = image_upload(img, kTextureMipmapped);
-    image_free(img);
+    tex_panel = upload_and_free(img);
     font_free(font);
 }
 

@@ -6,9 +6,9 @@
 #include "driver/show.h"
 #include "image/filters.h"
 #include "image/image.h"
-#include "image/upload.h"
 #include "scenes/lettering.h"
 #include "scenes/scenes.h"
+#include "scenes/texture.h"
 #include "text/text.h"
 
 namespace {
@@ -51,13 +51,11 @@ void draw_lettering() {
 
 void title_prepare() {
     Font* font = font_load("./Vera.ttf");
-    Image* img = image_create(512, 512, kImageGrey);
-    image_fill(img, 0xFF000000);
+    Image* img = create_black(512, 512, kImageGrey);
     for (const TextLine& line : kTitleLines) draw_text_line(img, font, line);
     image_levels(img, kPlaneGreen, 0, 65535, 65535, 0); // black on white
     image_rank(img, 0);                                 // the dark lettering grows by a pixel: a bolder face
-    title_texture = image_upload(img, kTextureMipmapped);
-    image_free(img);
+    title_texture = upload_and_free(img);
     font_free(font);
     loading_step();
     // No scene has been rendered yet, so this is 0 and the title runs by show time.
