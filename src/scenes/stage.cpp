@@ -33,6 +33,8 @@ void look_at_origin() { gluLookAt(-0.0, 0, 35, 0, 0, 0, 0, 1, 1); }
 
 void blend_alpha() { glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA); }
 
+void set_white(double alpha) { glColor4f(1.0f, 1.0f, 1.0f, static_cast<float>(alpha)); }
+
 void draw_flat(double x0, double y0, double x1, double y1, double t0, double t1) {
     glBegin(GL_QUADS);
     glTexCoord2d(0, t0);
