@@ -5,7 +5,10 @@
 #include <cinttypes>
 #include <cstdio>
 
-FrameFolder::FrameFolder(const std::string& folder) : folder_(folder) { make_folder(folder); }
+FrameFolder::FrameFolder(const std::string& folder) : folder_(folder) {
+    make_folder(folder);
+    expect_writable(folder + "/frame");
+}
 
 void FrameFolder::take(const Picture& picture) {
     char name[40];

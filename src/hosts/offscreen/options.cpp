@@ -7,6 +7,8 @@
 
 #include <filesystem>
 
+#include <unistd.h>
+
 const char kHelp[] =
     R"(The show as video, stills or storyboard: drawn without a display, frame by frame, with its music.
 
@@ -152,6 +154,9 @@ void choose_job(Options& options, const Targets& targets) {
         if (options.job == Job::video && !VideoWriter::has_known_extension(options.output)) {
             fail("-o: '" + options.output + "' ends in none of .mp4, .mkv, .mov");
         }
+    }
+    if (options.job == Job::stream && isatty(STDOUT_FILENO)) {
+        fail("-o -: standard output is a terminal; send the frames to a program or a file");
     }
     const bool pictures_only = options.job == Job::stills || options.job == Job::sheet;
     if (targets.range && pictures_only) fail("--from and --to: stills and the storyboard have no range");

@@ -81,6 +81,11 @@ void write_png(const Picture& picture, const std::string& path) {
     file.commit();
 }
 
+void expect_writable(const std::string& path) {
+    if (std::filesystem::is_directory(path)) fail(path, EISDIR);
+    const ProvisionalFile trial(path);
+}
+
 void make_folder(const std::string& folder) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);

@@ -10,3 +10,6 @@ void write_png(const Picture& picture, const std::string& path);
 
 // Makes `folder`, and those it lies in, where they are missing. Throws Failure.
 void make_folder(const std::string& folder);
+
+// Throws Failure when no file could be written at `path`: early, rather than when its picture is ready.
+void expect_writable(const std::string& path);

@@ -9,6 +9,7 @@
 #include "hosts/offscreen/stream_writer.h"
 #include "hosts/offscreen/video_writer.h"
 
+#include <cinttypes>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -165,12 +166,12 @@ void Run::check_music() const {
 void Run::stop_if_asked() {
     if (g_signal == 0) return;
     const int status = 128 + g_signal;
-    complete();
     const std::int64_t pictures = progress_->pictures();
+    if (pictures == 0) throw Failure("stopped by a signal before the first picture", status);
+    complete();
     progress_->clear();
-    std::fprintf(stderr, "skav-export: stopped by a signal after %lld of %lld pictures: %s\n",
-                 static_cast<long long>(pictures), static_cast<long long>(wanted_.size()),
-                 options_.output.c_str());
+    std::fprintf(stderr, "skav-export: stopped by a signal after %" PRId64 " of %" PRId64 " pictures: %s\n",
+                 pictures, wanted_.size(), options_.output.c_str());
     leave(status);
 }
 

@@ -40,6 +40,7 @@ void reduce(const Picture& from, Picture& to, int left, int top) {
 } // namespace
 
 Sheet::Sheet(const std::string& path, const ShowFrames& frames) : path_(path) {
+    expect_writable(path);
     for (int i = 0; i < kMomentCount; ++i) {
         const std::int64_t frame = frames.frame_on_screen_at(kMoments[i].time);
         wanted_.add(frame, frame + 1);

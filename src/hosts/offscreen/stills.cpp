@@ -21,6 +21,7 @@ Stills::Stills(const std::vector<ShowTime>& times, const ShowFrames& frames, con
     if (into_folder) make_folder(output);
     for (ShowTime time : times) {
         const std::string path = into_folder ? (fs::path(output) / file_name(time)).string() : output;
+        expect_writable(path);
         const std::int64_t frame = frames.frame_on_screen_at(time);
         frames_.add(frame, frame + 1);
         paths_.emplace(frame, path);

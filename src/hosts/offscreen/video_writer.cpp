@@ -69,6 +69,7 @@ public:
     File(const std::string& path, const ShowFrames& frames, int crf)
         : path_(path), provisional_(path + ".part"), kind_(*kind_of(path)), frames_(frames), crf_(crf),
           soundtrack_(frames.rate()), packet_(av_packet_alloc()) {
+        if (std::filesystem::is_directory(path_)) check(AVERROR(EISDIR));
         av_log_set_level(AV_LOG_QUIET); // what goes wrong is told in one line, by the caller
         check(packet_ ? 0 : AVERROR(ENOMEM));
         check(avformat_alloc_output_context2(&format_, nullptr, kind_.muxer, provisional_.c_str()));

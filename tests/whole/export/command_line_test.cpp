@@ -3,10 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
-
-#include <sys/resource.h>
 
 namespace fs = std::filesystem;
 
@@ -138,6 +137,46 @@ TEST(CommandLine, ProgressIsPlainLinesWhereThereIsNoTerminal) {
     EXPECT_NE(finished.err.find("50%"), std::string::npos) << finished.err;
     EXPECT_NE(finished.err.find("10 pictures in"), std::string::npos) << finished.err;
     EXPECT_EQ(finished.err.find('\r'), std::string::npos);
+}
+
+TEST(CommandLine, ProgressIsABarOnATerminal) {
+    TestFolder folder;
+    Start start;
+    start.arguments = {"/usr/bin/script", "-qec",
+                       std::string(SKAV_EXPORT) + " --data " + SKAV_DATA +
+                           " --language en --fps 10 --from 9.5 --to 11 --frames " + (folder / "frames"),
+                       "/dev/null"};
+    const Finished finished = run_program(start);
+    EXPECT_EQ(finished.status, 0);
+    EXPECT_NE(finished.out.find("\r["), std::string::npos) << finished.out;
+    EXPECT_NE(finished.out.find("frames/s"), std::string::npos) << finished.out;
+    EXPECT_NE(finished.out.find("15 pictures in"), std::string::npos) << finished.out;
+}
+
+TEST(CommandLine, FramesForAProgramAreNotSentToATerminal) {
+    Start start;
+    start.arguments = {"/usr/bin/script", "-qec",
+                       std::string(SKAV_EXPORT) + " --data " + SKAV_DATA + " --language en -o -",
+                       "/dev/null"};
+    const Finished finished = run_program(start);
+    EXPECT_EQ(finished.status, 2);
+    EXPECT_NE(finished.out.find("standard output is a terminal"), std::string::npos) << finished.out;
+}
+
+TEST(CommandLine, AStopBeforeTheFirstPictureLeavesNothing) {
+    TestFolder folder;
+    Start start = export_show({"--fps", "60", "--from", "160", "-o", folder / "a.mp4"});
+    bool sent = false;
+    start.on_error = [&](int pid, const std::string& piece) {
+        if (sent || piece.find('%') == std::string::npos) return;
+        kill(pid, SIGTERM);
+        sent = true;
+    };
+    const Finished finished = run_program(start);
+    EXPECT_EQ(finished.status, 128 + SIGTERM);
+    EXPECT_NE(finished.err.find("before the first picture; nothing was kept"), std::string::npos)
+        << finished.err;
+    EXPECT_TRUE(folder.names().empty());
 }
 
 TEST(CommandLine, WithoutEglOneLineSaysWhatToInstall) {
