@@ -42,6 +42,10 @@ int refresh(const std::string& program, const std::string& data, const std::stri
 std::string PictureMoment::still() const { return language + "/" + file_stem(time) + ".png"; }
 std::string PictureMoment::reference() const { return language + "-" + file_stem(time) + ".png"; }
 
+std::ostream& operator<<(std::ostream& out, const PictureMoment& moment) {
+    return out << moment.language << " " << moment.time << ": " << moment.what;
+}
+
 std::vector<PictureMoment> read_moments(const std::string& path) {
     std::vector<PictureMoment> moments;
     std::ifstream file(path);

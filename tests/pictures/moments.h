@@ -1,6 +1,7 @@
 // The list of pictures to compare, moments.txt.
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -13,5 +14,8 @@ struct PictureMoment {
     std::string still() const;
     std::string reference() const;
 };
+
+// How a failed test calls it.
+std::ostream& operator<<(std::ostream& out, const PictureMoment& moment);
 
 std::vector<PictureMoment> read_moments(const std::string& path);

@@ -82,9 +82,9 @@ EglScreen::~EglScreen() {
         glDeleteRenderbuffers(1, &buffer.color);
         glDeleteRenderbuffers(1, &buffer.depth);
     }
+    // The display stays initialised: it is the process's, and terminating it would unload the driver.
     eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     eglDestroyContext(display_, context_);
-    eglTerminate(display_);
 }
 
 void EglScreen::resolve() const {
