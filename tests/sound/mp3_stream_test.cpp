@@ -183,6 +183,13 @@ TEST_F(Mp3, SaysWhyAFileCannotBeOpened) {
     EXPECT_EQ(error_, Mp3Error::not_mp3);
 }
 
+TEST_F(Mp3, RefusesWhatOnlySomewhereLooksLikeAFrame) {
+    EXPECT_FALSE(open(std::string(DATA_FOLDER) + "/Vera.ttf"));
+    EXPECT_EQ(error_, Mp3Error::not_mp3);
+    EXPECT_FALSE(open(std::string(DATA_FOLDER) + "/Arial"));
+    EXPECT_EQ(error_, Mp3Error::not_mp3);
+}
+
 TEST_F(Mp3, RefusesAFileCutWithinItsFirstFrame) {
     write_mp3(path_, noise(1, 1));
     std::filesystem::resize_file(path_, 100);

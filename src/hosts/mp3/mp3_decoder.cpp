@@ -16,6 +16,9 @@ constexpr std::size_t kFrameBytes = Mp3Stream::kChannels * sizeof(float);
 // A frame may draw on up to 511 bytes before it; at the lowest bit rates these span more than ten frames.
 constexpr long kFramesBeforeSeekTarget = 24;
 
+// The longest frame of a fixed bit rate: layer II, 384 kbit/s at 32 kHz, padded.
+constexpr std::int64_t kLongestFrame = 1729; // bytes
+
 // Opens `path` for reading if it is a file with something in it, else returns -1 and the reason.
 int open_file(const char* path, Mp3Error& error) {
     int descriptor = ::open(path, O_RDONLY | O_CLOEXEC);
@@ -103,9 +106,17 @@ bool Mp3Decoder::find_bounds() {
     if (channels != Mp3Stream::kChannels || encoding != MPG123_ENC_FLOAT_32) return false;
 
     const std::int64_t promised = mpg123_length(handle);
+    const std::int64_t first_frame = mpg123_framepos(handle);
     if (mpg123_scan(handle) != MPG123_OK) return false;
     const std::int64_t decoded = mpg123_length(handle);
     if (decoded <= 0) return false;
+
+    // Any long file has bytes somewhere that look like a frame or two. In music, frames are most of what
+    // follows the first one.
+    struct stat status {};
+    if (fstat(file_->descriptor, &status) != 0) return false;
+    const std::int64_t frames = decoded / std::max(1, mpg123_spf(handle));
+    if (status.st_size - first_frame > 2 * kLongestFrame * frames) return false;
 
     std::int64_t end = decoded;
     const long encoder_delay = gapless_state(handle, MPG123_ENC_DELAY);
