@@ -12,10 +12,10 @@
 #include <string>
 #include <vector>
 
-#include "driver/gl_helpers.h"
-#include "driver/scene_table.h"
-#include "driver/show.h"
-#include "recording.h"
+#include "show/driver/scene_table.h"
+#include "show/stage/shapes.h"
+#include "show/stage/show_time.h"
+#include "tests/hosts/recording/recording.h"
 
 namespace {
 

@@ -14,13 +14,13 @@
 #include <string>
 #include <vector>
 
-#include "image/filters.h"
-#include "image/generators.h"
-#include "image/image.h"
-#include "image/loops.h"
-#include "image/noise.h"
-#include "image/random.h"
-#include "image/upload.h"
+#include "show/image/filters.h"
+#include "show/image/generators.h"
+#include "show/image/image.h"
+#include "show/image/loops.h"
+#include "show/image/noise.h"
+#include "show/image/random.h"
+#include "show/image/upload.h"
 
 // The uploads go nowhere: what counts is the conversion to bytes.
 extern "C" {

@@ -13,10 +13,10 @@
 #include <string>
 #include <vector>
 
-#include "driver/loading_picture_data.h"
-#include "driver/packed_picture.h"
-#include "image/image.h"
-#include "text/text.h"
+#include "show/image/image.h"
+#include "show/stage/loading_picture_data.h"
+#include "show/stage/packed_picture.h"
+#include "show/text/text.h"
 
 namespace {
 

@@ -26,4 +26,4 @@ command -v povray >/dev/null || { echo "make.sh: povray is missing: apt-get inst
 # One thread: the photons' order and with it the picture stays the same.
 povray "+I$here/loading.pov" "+O$here/loading.png" "+L$fonts" +W256 +H256 -D +AM2 +A0.1 +R3 -J +WT1 +FN8 \
     || { echo "make.sh: rendering failed" >&2; exit 1; }
-"$pack" --quant 20 --source kLoadingPicture "$here/loading.png" "$root/src/driver/loading_picture_data.cpp"
+"$pack" --quant 20 --source kLoadingPicture "$here/loading.png" "$root/src/show/stage/loading_picture_data.cpp"

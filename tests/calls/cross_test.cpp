@@ -2,11 +2,12 @@
 
 #include <cmath>
 
-#include "driver/gl_helpers.h"
-#include "driver/show.h"
-#include "expected_layers.h"
-#include "image/random.h"
-#include "scene_run.h"
+#include "show/image/random.h"
+#include "show/stage/render_state.h"
+#include "show/stage/shapes.h"
+#include "show/stage/show_time.h"
+#include "tests/calls/expected_layers.h"
+#include "tests/calls/scene_run.h"
 
 namespace {
 

@@ -1,10 +1,13 @@
-#include "expected_layers.h"
+#include "tests/calls/expected_layers.h"
 
 #include <GL/glu.h>
 
 #include <cmath>
 
-#include "driver/gl_helpers.h"
+#include "show/stage/overlay.h"
+#include "show/stage/render_state.h"
+#include "show/stage/shapes.h"
+#include "show/stage/vectors.h"
 
 namespace expected {
 

@@ -3,11 +3,13 @@
 
 #include <cmath>
 
-#include "driver/gl_helpers.h"
-#include "driver/scene_table.h"
-#include "driver/show.h"
-#include "recording.h"
-#include "scenes/scenes.h"
+#include "show/driver/scene_table.h"
+#include "show/scenes/scenes.h"
+#include "show/stage/overlay.h"
+#include "show/stage/render_state.h"
+#include "show/stage/shapes.h"
+#include "show/stage/show_time.h"
+#include "tests/hosts/recording/recording.h"
 
 using recording::calls_of;
 

@@ -1,10 +1,12 @@
-#include "driver/gl_helpers.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "recording.h"
+#include "show/stage/overlay.h"
+#include "show/stage/render_state.h"
+#include "show/stage/shapes.h"
+#include "show/stage/vectors.h"
+#include "tests/hosts/recording/recording.h"
 
 using recording::calls_of;
 

@@ -1,15 +1,13 @@
-#include "driver/loading_picture.h"
-
 #include <GL/glu.h>
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "driver/gl_helpers.h"
-#include "driver/loading.h"
-#include "driver/loading_picture_data.h"
-#include "driver/packed_picture.h"
-#include "recording.h"
+#include "show/stage/loading_picture.h"
+#include "show/stage/loading_picture_data.h"
+#include "show/stage/loading_screen.h"
+#include "show/stage/packed_picture.h"
+#include "tests/hosts/recording/recording.h"
 
 using recording::calls_of;
 

@@ -2,12 +2,15 @@
 #include <GL/glut.h>
 #include <gtest/gtest.h>
 
-#include "driver/gl_helpers.h"
-#include "driver/loading.h"
-#include "driver/show.h"
-#include "image/progress.h"
-#include "run.h"
-#include "scenes/scenes.h"
+#include "show/driver/frame.h"
+#include "show/driver/loading.h"
+#include "show/image/progress.h"
+#include "show/scenes/scenes.h"
+#include "show/stage/loading_screen.h"
+#include "show/stage/overlay.h"
+#include "show/stage/render_state.h"
+#include "show/stage/shapes.h"
+#include "tests/calls/run.h"
 
 using recording::calls_of;
 

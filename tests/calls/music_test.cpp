@@ -1,8 +1,7 @@
-#include "driver/music.h"
-
 #include <gtest/gtest.h>
 
-#include "recording.h"
+#include "show/driver/music.h"
+#include "tests/hosts/recording/recording.h"
 
 using recording::calls_of;
 

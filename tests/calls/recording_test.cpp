@@ -1,10 +1,9 @@
 // The host that the other tests of this folder trust.
-#include "recording.h"
-
 #include <GL/glu.h>
 #include <gtest/gtest.h>
 
-#include "scene_run.h"
+#include "tests/calls/scene_run.h"
+#include "tests/hosts/recording/recording.h"
 
 namespace {
 

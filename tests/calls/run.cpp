@@ -1,4 +1,4 @@
-#include "run.h"
+#include "tests/calls/run.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "driver/show.h"
+#include "show/stage/show_time.h"
 
 int show_main(int argc, char** argv);
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "driver/scene_table.h"
-#include "recording.h"
+#include "show/driver/scene_table.h"
+#include "tests/hosts/recording/recording.h"
 
 // How a run of the show's main ended, and what it left behind.
 struct ShowRun {

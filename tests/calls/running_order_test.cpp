@@ -4,15 +4,15 @@
 #include <algorithm>
 #include <cmath>
 
-#include "driver/gl_helpers.h"
-#include "driver/loading.h"
-#include "driver/show.h"
-#include "image/generators.h"
-#include "image/image.h"
-#include "image/noise.h"
-#include "image/random.h"
-#include "run.h"
-#include "scene_run.h"
+#include "show/driver/frame.h"
+#include "show/driver/loading.h"
+#include "show/image/generators.h"
+#include "show/image/image.h"
+#include "show/image/noise.h"
+#include "show/image/random.h"
+#include "show/stage/show_time.h"
+#include "tests/calls/run.h"
+#include "tests/calls/scene_run.h"
 
 namespace {
 

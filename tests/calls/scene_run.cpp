@@ -1,4 +1,4 @@
-#include "scene_run.h"
+#include "tests/calls/scene_run.h"
 
 #include <GL/glu.h>
 #include <stdlib.h>
@@ -6,10 +6,11 @@
 #include <sstream>
 #include <system_error>
 
-#include "driver/gl_helpers.h"
-#include "driver/show.h"
-#include "image/random.h"
-#include "text/text.h"
+#include "show/image/random.h"
+#include "show/stage/render_state.h"
+#include "show/stage/shapes.h"
+#include "show/stage/show_time.h"
+#include "show/text/text.h"
 
 namespace {
 

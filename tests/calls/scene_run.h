@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "driver/scene_table.h"
-#include "recording.h"
+#include "show/driver/scene_table.h"
+#include "tests/hosts/recording/recording.h"
 
 // The GL names of what the scenes make, 0 where nothing was made.
 struct Names {

@@ -4,9 +4,10 @@
 
 #include <cstdio>
 
-#include "driver/display.h"
-#include "driver/loading.h"
-#include "run.h"
+#include "show/driver/display.h"
+#include "show/driver/loading.h"
+#include "show/stage/language.h"
+#include "tests/calls/run.h"
 
 using recording::calls_of;
 

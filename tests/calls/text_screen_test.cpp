@@ -1,17 +1,18 @@
 #include <GL/glu.h>
 
-#include "driver/display.h"
-#include "driver/gl_helpers.h"
-#include "driver/loading.h"
-#include "driver/show.h"
-#include "expected_layers.h"
-#include "image/filters.h"
-#include "image/image.h"
-#include "image/progress.h"
-#include "image/random.h"
-#include "image/upload.h"
-#include "scene_run.h"
-#include "text/text.h"
+#include "show/image/filters.h"
+#include "show/image/image.h"
+#include "show/image/progress.h"
+#include "show/image/random.h"
+#include "show/image/upload.h"
+#include "show/stage/language.h"
+#include "show/stage/loading_screen.h"
+#include "show/stage/overlay.h"
+#include "show/stage/render_state.h"
+#include "show/stage/show_time.h"
+#include "show/text/text.h"
+#include "tests/calls/expected_layers.h"
+#include "tests/calls/scene_run.h"
 
 namespace {
 

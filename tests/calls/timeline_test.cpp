@@ -1,14 +1,14 @@
-#include "driver/timeline.h"
-
 #include <GL/glut.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "driver/gl_helpers.h"
-#include "driver/music.h"
-#include "driver/show.h"
-#include "run.h"
+#include "show/driver/frame.h"
+#include "show/driver/music.h"
+#include "show/driver/timeline.h"
+#include "show/stage/render_state.h"
+#include "show/stage/show_time.h"
+#include "tests/calls/run.h"
 
 using recording::calls_of;
 using Names = std::vector<std::string>;

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <string>
 
-#include "image/image.h"
-#include "text/text.h"
+#include "show/image/image.h"
+#include "show/text/text.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 

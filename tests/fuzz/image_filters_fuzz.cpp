@@ -15,13 +15,13 @@
 #include <memory>
 #include <vector>
 
-#include "image/bmp.h"
-#include "image/filters.h"
-#include "image/generators.h"
-#include "image/image.h"
-#include "image/loops.h"
-#include "image/noise.h"
-#include "image/transforms.h"
+#include "show/image/bmp.h"
+#include "show/image/filters.h"
+#include "show/image/generators.h"
+#include "show/image/image.h"
+#include "show/image/loops.h"
+#include "show/image/noise.h"
+#include "show/image/transforms.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 

@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <vector>
 
-#include "driver/loading_picture_data.h"
-#include "driver/packed_picture.h"
-#include "image/image.h"
+#include "show/image/image.h"
+#include "show/stage/loading_picture_data.h"
+#include "show/stage/packed_picture.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 

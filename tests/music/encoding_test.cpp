@@ -1,11 +1,11 @@
 // What the files are: MPEG audio that every decoder plays from its first sample, with tags.
-#include "music/recording.h"
-
 #include <gtest/gtest.h>
 #include <mpg123.h>
 
 #include <memory>
 #include <string>
+
+#include "tests/music/recording.h"
 
 namespace {
 

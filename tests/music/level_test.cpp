@@ -1,12 +1,12 @@
 // Loudness, peaks, offset, silence, and the seam between the files.
-#include "music/recording.h"
-
 #include <ebur128.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <memory>
+
+#include "tests/music/recording.h"
 
 namespace {
 

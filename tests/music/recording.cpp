@@ -1,9 +1,9 @@
-#include "music/recording.h"
-
-#include "hosts/mp3/mp3_stream.h"
+#include "tests/music/recording.h"
 
 #include <algorithm>
 #include <cmath>
+
+#include "hosts/common/mp3_stream.h"
 
 namespace {
 

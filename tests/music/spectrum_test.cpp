@@ -1,10 +1,10 @@
 // Balance of the spectrum, and a low end that both loudspeakers share.
-#include "music/recording.h"
-
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cmath>
+
+#include "tests/music/recording.h"
 
 namespace {
 

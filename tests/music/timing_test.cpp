@@ -1,11 +1,11 @@
 // Whether the music lies where the pictures were cut to it.
-#include "music/recording.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <complex>
+
+#include "tests/music/recording.h"
 
 namespace {
 

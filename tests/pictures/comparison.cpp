@@ -1,4 +1,4 @@
-#include "comparison.h"
+#include "tests/pictures/comparison.h"
 
 #include <algorithm>
 #include <cstdlib>

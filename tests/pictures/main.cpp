@@ -1,13 +1,13 @@
 // Compares, or with --refresh SKAV_EXPORT DATA PICTURES_FOLDER makes the references anew.
-#include "comparison.h"
-#include "moments.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+
+#include "tests/pictures/comparison.h"
+#include "tests/pictures/moments.h"
 
 namespace fs = std::filesystem;
 

@@ -1,9 +1,9 @@
-#include "comparison.h"
-#include "moments.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
+
+#include "tests/pictures/comparison.h"
+#include "tests/pictures/moments.h"
 
 namespace {
 

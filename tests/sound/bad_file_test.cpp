@@ -1,14 +1,14 @@
 // Files that are missing, broken or no music: the calls say so, and everything after them fails as quietly.
-#include "sound/listener.h"
-#include "sound/mp3_writer.h"
-#include "sound/pulse_server.h"
-#include "sound/scratch_folder.h"
-#include "sound/test_music.h"
-
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
+
+#include "tests/sound/listener.h"
+#include "tests/sound/mp3_writer.h"
+#include "tests/sound/pulse_server.h"
+#include "tests/sound/scratch_folder.h"
+#include "tests/sound/test_music.h"
 
 namespace {
 

@@ -1,18 +1,17 @@
 // No device, and devices that are lost: the position goes on, and the program ends in time.
-#include "sound/listener.h"
-#include "sound/mp3_writer.h"
-#include "sound/pulse_recorder.h"
-#include "sound/pulse_server.h"
-#include "sound/scratch_folder.h"
-#include "sound/test_music.h"
-
-#include "hosts/desktop/sound/steady_time.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
+
+#include "hosts/desktop/sound/steady_time.h"
+#include "tests/sound/listener.h"
+#include "tests/sound/mp3_writer.h"
+#include "tests/sound/pulse_recorder.h"
+#include "tests/sound/pulse_server.h"
+#include "tests/sound/scratch_folder.h"
+#include "tests/sound/test_music.h"
 
 namespace {
 

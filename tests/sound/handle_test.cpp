@@ -1,13 +1,13 @@
 // What the FMOD Ex calls answer to handles and arguments, right and wrong. No sound server is needed.
-#include "sound/listener.h"
-#include "sound/mp3_writer.h"
-#include "sound/pulse_server.h"
-#include "sound/scratch_folder.h"
-#include "sound/test_music.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdint>
+
+#include "tests/sound/listener.h"
+#include "tests/sound/mp3_writer.h"
+#include "tests/sound/pulse_server.h"
+#include "tests/sound/scratch_folder.h"
+#include "tests/sound/test_music.h"
 
 namespace {
 

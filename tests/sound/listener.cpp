@@ -1,8 +1,4 @@
-#include "sound/listener.h"
-
-#include "hosts/desktop/sound/steady_time.h"
-#include "sound/test_music.h"
-#include "sound/urgent.h"
+#include "tests/sound/listener.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +8,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
+
+#include "hosts/desktop/sound/steady_time.h"
+#include "tests/sound/test_music.h"
+#include "tests/sound/urgent.h"
 
 namespace {
 

@@ -1,12 +1,11 @@
 // Polls the FMOD Ex calls the way a program does, and compares what they said with a recording.
 #pragma once
 
-#include "sound/pulse_recorder.h"
-
-#include "hosts/fmod_ex.h"
-
 #include <string>
 #include <vector>
+
+#include "show/fmod_ex.h"
+#include "tests/sound/pulse_recorder.h"
 
 // What one poll said, and when: between `before` and `after`, in seconds of the steady clock.
 struct Poll {

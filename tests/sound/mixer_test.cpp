@@ -1,16 +1,15 @@
 // The mixer, driven as a device would drive it, but as fast as the test likes.
-#include "hosts/desktop/sound/mixer.h"
-
-#include "sound/mp3_writer.h"
-#include "sound/scratch_folder.h"
-#include "sound/test_music.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <thread>
+
+#include "hosts/desktop/sound/mixer.h"
+#include "tests/sound/mp3_writer.h"
+#include "tests/sound/scratch_folder.h"
+#include "tests/sound/test_music.h"
 
 namespace {
 

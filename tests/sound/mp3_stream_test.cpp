@@ -1,15 +1,14 @@
-#include "hosts/mp3/mp3_stream.h"
-
-#include "sound/mp3_writer.h"
-#include "sound/scratch_folder.h"
-#include "sound/test_music.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+
+#include "hosts/common/mp3_stream.h"
+#include "tests/sound/mp3_writer.h"
+#include "tests/sound/scratch_folder.h"
+#include "tests/sound/test_music.h"
 
 namespace {
 
@@ -42,7 +41,7 @@ double frequency(const std::vector<float>& samples) {
     for (std::size_t i = 2; i < samples.size(); i += 2)
         if (samples[i - 2] < 0 && samples[i] >= 0)
             passes.push_back(static_cast<double>(i) / 2 - samples[i] / (samples[i] - samples[i - 2]));
-    return static_cast<double>(passes.size() - 1) / (passes.back() - passes.front()) * Mp3Stream::kRate;
+    return static_cast<double>(passes.size() - 1) / (passes.back() - passes.front()) * kSoundRate;
 }
 
 TEST_F(Mp3, HasExactlyTheFramesThatWereEncoded) {

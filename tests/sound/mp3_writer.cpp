@@ -1,4 +1,4 @@
-#include "sound/mp3_writer.h"
+#include "tests/sound/mp3_writer.h"
 
 #include <lame/lame.h>
 

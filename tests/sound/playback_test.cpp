@@ -1,19 +1,18 @@
 // What the FMOD Ex calls play and tell, against a recording of the device.
-#include "sound/listener.h"
-#include "sound/mp3_writer.h"
-#include "sound/pulse_recorder.h"
-#include "sound/pulse_server.h"
-#include "sound/scratch_folder.h"
-#include "sound/test_music.h"
-
-#include "hosts/desktop/sound/steady_time.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <thread>
+
+#include "hosts/desktop/sound/steady_time.h"
+#include "tests/sound/listener.h"
+#include "tests/sound/mp3_writer.h"
+#include "tests/sound/pulse_recorder.h"
+#include "tests/sound/pulse_server.h"
+#include "tests/sound/scratch_folder.h"
+#include "tests/sound/test_music.h"
 
 namespace {
 

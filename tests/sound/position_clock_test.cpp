@@ -1,6 +1,4 @@
 // The estimator, fed with scripted devices.
-#include "hosts/desktop/sound/position_clock.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,6 +6,8 @@
 #include <functional>
 #include <limits>
 #include <random>
+
+#include "hosts/desktop/sound/position_clock.h"
 
 namespace {
 

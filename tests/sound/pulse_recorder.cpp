@@ -1,8 +1,4 @@
-#include "sound/pulse_recorder.h"
-
-#include "sound/urgent.h"
-
-#include "hosts/desktop/sound/steady_time.h"
+#include "tests/sound/pulse_recorder.h"
 
 #include <pulse/pulseaudio.h>
 
@@ -10,6 +6,9 @@
 #include <cmath>
 #include <stdexcept>
 #include <string>
+
+#include "hosts/desktop/sound/steady_time.h"
+#include "tests/sound/urgent.h"
 
 namespace {
 

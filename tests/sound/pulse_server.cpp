@@ -1,9 +1,5 @@
-#include "sound/pulse_server.h"
+#include "tests/sound/pulse_server.h"
 
-#include "sound/urgent.h"
-
-#include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
@@ -12,10 +8,14 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 #include <string>
 #include <thread>
+
+#include "tests/sound/urgent.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 // and the environment that makes this process's sound go there, or nowhere.
 #pragma once
 
-#include "sound/scratch_folder.h"
-
 #include <sys/types.h>
+
+#include "tests/sound/scratch_folder.h"
 
 class PulseServer {
 public:

@@ -1,4 +1,4 @@
-#include "sound/scratch_folder.h"
+#include "tests/sound/scratch_folder.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,9 +1,9 @@
-#include "hosts/desktop/sound/segment_log.h"
-
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <thread>
+
+#include "hosts/desktop/sound/segment_log.h"
 
 namespace {
 

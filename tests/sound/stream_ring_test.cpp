@@ -1,10 +1,10 @@
-#include "hosts/desktop/sound/stream_ring.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <thread>
 #include <vector>
+
+#include "hosts/desktop/sound/stream_ring.h"
 
 namespace {
 

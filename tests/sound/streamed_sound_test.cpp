@@ -1,13 +1,12 @@
-#include "hosts/desktop/sound/streamed_sound.h"
-
-#include "sound/mp3_writer.h"
-#include "sound/scratch_folder.h"
-#include "sound/test_music.h"
-
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <thread>
+
+#include "hosts/desktop/sound/streamed_sound.h"
+#include "tests/sound/mp3_writer.h"
+#include "tests/sound/scratch_folder.h"
+#include "tests/sound/test_music.h"
 
 namespace {
 

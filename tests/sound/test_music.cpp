@@ -1,15 +1,15 @@
-#include "sound/test_music.h"
-
-#include "hosts/mp3/mp3_stream.h"
+#include "tests/sound/test_music.h"
 
 #include <algorithm>
 #include <cmath>
 #include <random>
 #include <stdexcept>
 
+#include "hosts/common/mp3_stream.h"
+
 std::vector<float> noise(double seconds, std::uint32_t seed) {
     std::mt19937 random(seed);
-    std::vector<float> samples(2 * static_cast<std::size_t>(seconds * Mp3Stream::kRate));
+    std::vector<float> samples(2 * static_cast<std::size_t>(seconds * kSoundRate));
     float left = 0;
     float right = 0;
     const auto next = [&random] { return (static_cast<float>(random() >> 8) / 8388608.0f - 1.0f) * 0.4f; };

@@ -1,4 +1,4 @@
-#include "sound/urgent.h"
+#include "tests/sound/urgent.h"
 
 #include <sched.h>
 

@@ -1,10 +1,10 @@
 // Both pieces of music in full, in real time, with the switch from one to the other as the show does it.
-#include "sound/listener.h"
-#include "sound/pulse_recorder.h"
-#include "sound/pulse_server.h"
-#include "sound/test_music.h"
-
 #include <gtest/gtest.h>
+
+#include "tests/sound/listener.h"
+#include "tests/sound/pulse_recorder.h"
+#include "tests/sound/pulse_server.h"
+#include "tests/sound/test_music.h"
 
 namespace {
 

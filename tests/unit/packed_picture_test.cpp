@@ -1,14 +1,13 @@
 // The decoder of the packed format, on streams whose results are worked out by hand.
-#include "driver/packed_picture.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <memory>
 #include <string>
 
-#include "image/image.h"
-#include "packed_stream.h"
+#include "show/image/image.h"
+#include "show/stage/packed_picture.h"
+#include "tests/unit/packed_stream.h"
 
 namespace {
 

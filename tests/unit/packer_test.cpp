@@ -1,6 +1,4 @@
 // The packer, by what the decoder makes of its streams.
-#include "picture_packer.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,10 +7,11 @@
 #include <random>
 #include <stdexcept>
 
-#include "bit_writer.h"
-#include "coefficient_search.h"
-#include "driver/loading_picture_data.h"
-#include "driver/packed_picture.h"
+#include "show/stage/loading_picture_data.h"
+#include "show/stage/packed_picture.h"
+#include "tools/pack/bit_writer.h"
+#include "tools/pack/coefficient_search.h"
+#include "tools/pack/picture_packer.h"
 
 namespace {
 

@@ -1,6 +1,4 @@
 // The poem's letters, drawn with its font: do they fit their texture, and how do they cross the screen?
-#include "scenes/poem.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,9 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "image/filters.h"
-#include "image/image.h"
-#include "text/text.h"
+#include "show/image/filters.h"
+#include "show/image/image.h"
+#include "show/scenes/poem.h"
+#include "show/text/text.h"
 
 namespace {
 

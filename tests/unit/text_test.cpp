@@ -1,6 +1,4 @@
 // Text in images, against a model that composites FreeType's own bitmaps pixel by pixel.
-#include "text/text.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,8 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "image/image.h"
-#include "image/progress.h"
+#include "show/image/image.h"
+#include "show/image/progress.h"
+#include "show/text/text.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "display_server.h"
+#include "tests/whole/display_server.h"
 
 #include <signal.h>
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "process.h"
+#include "tests/whole/process.h"
 
 class DisplayServer {
 public:

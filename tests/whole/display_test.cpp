@@ -1,10 +1,10 @@
-#include "display_test.h"
+#include "tests/whole/display_test.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
-#include "test_picture.h"
+#include "tests/whole/test_picture.h"
 
 Command test_show(const DisplayServer& server, const std::string& task,
                   const std::vector<std::string>& arguments) {

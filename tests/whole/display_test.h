@@ -6,9 +6,9 @@
 #include <memory>
 #include <string>
 
-#include "display_server.h"
-#include "process.h"
-#include "viewer.h"
+#include "tests/whole/display_server.h"
+#include "tests/whole/process.h"
+#include "tests/whole/viewer.h"
 
 // The test show (test_show.cpp) on a server, doing `task`.
 Command test_show(const DisplayServer& server, const std::string& task = "picture",

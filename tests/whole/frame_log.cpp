@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "hosts/fmod_ex.h"
+#include "show/fmod_ex.h"
 
 extern "C" {
 

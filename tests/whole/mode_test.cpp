@@ -1,7 +1,7 @@
 // The 1024x768 mode, on a server that has it.
 #include <csignal>
 
-#include "display_test.h"
+#include "tests/whole/display_test.h"
 
 namespace {
 

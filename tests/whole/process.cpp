@@ -1,4 +1,4 @@
-#include "process.h"
+#include "tests/whole/process.h"
 
 #include <fcntl.h>
 #include <signal.h>

@@ -1,5 +1,5 @@
 // Where and how the picture stands on screens that have no 1024x768 mode.
-#include "display_test.h"
+#include "tests/whole/display_test.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <csignal>
 #include <cstring>
 
-#include "display_test.h"
+#include "tests/whole/display_test.h"
 
 namespace {
 

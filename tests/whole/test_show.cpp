@@ -18,7 +18,7 @@
 #include <thread>
 #include <vector>
 
-#include "test_picture.h"
+#include "tests/whole/test_picture.h"
 
 namespace {
 

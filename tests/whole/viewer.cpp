@@ -1,4 +1,4 @@
-#include "viewer.h"
+#include "tests/whole/viewer.h"
 
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>

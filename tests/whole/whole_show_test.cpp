@@ -5,8 +5,8 @@
 #include <fstream>
 #include <vector>
 
-#include "display_server.h"
-#include "process.h"
+#include "tests/whole/display_server.h"
+#include "tests/whole/process.h"
 
 namespace {
 

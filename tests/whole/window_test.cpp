@@ -1,7 +1,7 @@
 // What a user can do to the program and its window.
 #include <csignal>
 
-#include "display_test.h"
+#include "tests/whole/display_test.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
-#include "coefficient_search.h"
+#include "tools/pack/coefficient_search.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
-#include "driver/packed_picture.h"
+#include "show/stage/packed_picture.h"
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "picture.h"
-#include "picture_packer.h"
+#include "tools/pack/picture.h"
+#include "tools/pack/picture_packer.h"
 
 namespace {
 

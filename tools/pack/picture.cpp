@@ -1,4 +1,4 @@
-#include "picture.h"
+#include "tools/pack/picture.h"
 
 #include <png.h>
 
@@ -11,7 +11,7 @@
 #include <memory>
 #include <stdexcept>
 
-#include "driver/packed_picture.h"
+#include "show/stage/packed_picture.h"
 
 namespace {
 

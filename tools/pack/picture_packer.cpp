@@ -1,4 +1,4 @@
-#include "picture_packer.h"
+#include "tools/pack/picture_packer.h"
 
 #include <algorithm>
 #include <array>
@@ -8,9 +8,9 @@
 #include <stdexcept>
 #include <string>
 
-#include "bit_writer.h"
-#include "coefficient_search.h"
-#include "driver/packed_picture.h"
+#include "show/stage/packed_picture.h"
+#include "tools/pack/bit_writer.h"
+#include "tools/pack/coefficient_search.h"
 
 namespace {
 

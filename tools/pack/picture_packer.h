@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "picture.h"
+#include "tools/pack/picture.h"
 
 constexpr int kMaxPackedSide = 1020; // pixels: 255 blocks
 

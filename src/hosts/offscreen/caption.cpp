@@ -1,8 +1,8 @@
 #include "hosts/offscreen/caption.h"
 
-#include "hosts/offscreen/failure.h"
-
 #include <ft2build.h>
+
+#include "hosts/offscreen/failure.h"
 #include FT_FREETYPE_H
 
 #include <algorithm>

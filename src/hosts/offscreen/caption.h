@@ -1,10 +1,10 @@
 // Lines of text in a picture.
 #pragma once
 
-#include "hosts/offscreen/picture.h"
-
 #include <memory>
 #include <string>
+
+#include "hosts/offscreen/picture.h"
 
 class Caption {
 public:

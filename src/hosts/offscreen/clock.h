@@ -2,11 +2,11 @@
 // time passes but by going on to the next frame.
 #pragma once
 
-#include "hosts/offscreen/times.h"
-
 #include <cstdint>
 #include <memory>
 #include <string>
+
+#include "hosts/offscreen/times.h"
 
 // A piece of music that the show plays.
 struct Played {

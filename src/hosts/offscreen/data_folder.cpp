@@ -1,11 +1,11 @@
 #include "hosts/offscreen/data_folder.h"
 
-#include "hosts/offscreen/failure.h"
-
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
+
+#include "hosts/offscreen/failure.h"
 
 namespace {
 

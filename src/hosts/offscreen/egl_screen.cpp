@@ -1,8 +1,5 @@
 #include "hosts/offscreen/egl_screen.h"
 
-#include "hosts/offscreen/failure.h"
-#include "hosts/offscreen/gl_next.h"
-
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
 
@@ -10,6 +7,9 @@
 #include <cstring>
 #include <string>
 #include <vector>
+
+#include "hosts/offscreen/failure.h"
+#include "hosts/offscreen/gl_next.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
 // The FMOD Ex calls on the virtual clock. Music that cannot be opened ends the export: without it the show
 // would stand still, and there is nothing to wait for.
-#include "hosts/fmod_ex.h"
-
-#include "hosts/mp3/mp3_stream.h"
-#include "hosts/offscreen/clock.h"
-#include "hosts/offscreen/run.h"
+#include "show/fmod_ex.h"
 
 #include <algorithm>
 #include <memory>
 #include <vector>
+
+#include "hosts/common/mp3_stream.h"
+#include "hosts/offscreen/clock.h"
+#include "hosts/offscreen/run.h"
 
 struct FMOD_SYSTEM {
     bool initialised = false;

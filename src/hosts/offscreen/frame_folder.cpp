@@ -1,9 +1,9 @@
 #include "hosts/offscreen/frame_folder.h"
 
-#include "hosts/offscreen/png_file.h"
-
 #include <cinttypes>
 #include <cstdio>
+
+#include "hosts/offscreen/png_file.h"
 
 FrameFolder::FrameFolder(const std::string& folder) : folder_(folder) {
     make_folder(folder);

@@ -1,10 +1,10 @@
 #include "hosts/offscreen/frame_reader.h"
 
-#include "hosts/offscreen/failure.h"
-#include "hosts/offscreen/gl_next.h"
-
 #include <cstring>
 #include <utility>
+
+#include "hosts/offscreen/failure.h"
+#include "hosts/offscreen/gl_next.h"
 
 namespace {
 

@@ -2,11 +2,11 @@
 // side, and handed on while later frames are being drawn.
 #pragma once
 
-#include "hosts/offscreen/egl_screen.h"
-#include "hosts/offscreen/picture.h"
-
 #include <functional>
 #include <vector>
+
+#include "hosts/offscreen/egl_screen.h"
+#include "hosts/offscreen/picture.h"
 
 class FrameReader {
 public:

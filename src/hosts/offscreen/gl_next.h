@@ -9,7 +9,6 @@
 #endif
 #include <GL/gl.h>
 #include <GL/glext.h>
-
 #include <dlfcn.h>
 
 // The library's function of that name.

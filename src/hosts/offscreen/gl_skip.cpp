@@ -1,8 +1,8 @@
 #include "hosts/offscreen/gl_skip.h"
 
-#include "hosts/offscreen/gl_next.h"
-
 #include <set>
+
+#include "hosts/offscreen/gl_next.h"
 
 namespace {
 

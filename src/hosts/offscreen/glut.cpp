@@ -1,12 +1,12 @@
 // GLUT without a window. The display is the off-screen surface, the loop calls back as often as there are
 // frames, and no event ever comes.
-#include "hosts/offscreen/prompt.h"
-#include "hosts/offscreen/run.h"
-
 #include <GL/glut.h>
 
 #include <cstdio>
 #include <string>
+
+#include "hosts/offscreen/prompt.h"
+#include "hosts/offscreen/run.h"
 
 namespace {
 

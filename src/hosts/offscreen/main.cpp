@@ -1,12 +1,12 @@
 // skav-export: the show, unchanged, on a display that nobody sees and a clock that counts frames. This is the
 // program's entry; it prepares the run and then calls the show's own.
+#include <cstdio>
+
 #include "hosts/offscreen/data_folder.h"
 #include "hosts/offscreen/failure.h"
 #include "hosts/offscreen/options.h"
 #include "hosts/offscreen/prompt.h"
 #include "hosts/offscreen/run.h"
-
-#include <cstdio>
 
 // The linker gives the program's entry to the first and the show's to the second (--wrap=main).
 extern "C" int __wrap_main(int argc, char** argv);

@@ -1,13 +1,12 @@
 #include "hosts/offscreen/options.h"
 
-#include "hosts/offscreen/failure.h"
-#include "hosts/offscreen/video_writer.h"
-
 #include <getopt.h>
+#include <unistd.h>
 
 #include <filesystem>
 
-#include <unistd.h>
+#include "hosts/offscreen/failure.h"
+#include "hosts/offscreen/video_writer.h"
 
 const char kHelp[] =
     R"(The show as video, stills or storyboard: drawn without a display, frame by frame, with its music.

@@ -1,12 +1,12 @@
 // The command line of skav-export.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "hosts/offscreen/running_order.h"
 #include "hosts/offscreen/stream_writer.h"
 #include "hosts/offscreen/times.h"
-
-#include <string>
-#include <vector>
 
 enum class Language { ask, german, english };
 

@@ -2,15 +2,15 @@
 // compressed.
 #pragma once
 
-#include "hosts/offscreen/picture.h"
-#include "hosts/offscreen/sink.h"
-
 #include <condition_variable>
 #include <deque>
 #include <exception>
 #include <mutex>
 #include <thread>
 #include <vector>
+
+#include "hosts/offscreen/picture.h"
+#include "hosts/offscreen/sink.h"
 
 class OutputThread {
 public:

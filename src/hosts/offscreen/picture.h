@@ -1,13 +1,13 @@
 // One picture on its way from the frame buffer to a file.
 #pragma once
 
-#include "hosts/offscreen/clock.h"
-#include "hosts/offscreen/times.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
+
+#include "hosts/offscreen/clock.h"
+#include "hosts/offscreen/times.h"
 
 struct PictureInfo {
     std::int64_t frame = 0; // counted over the whole show

@@ -10,10 +10,10 @@
 //     copy to a texture                the texture is made of what the frame buffer is made of
 #pragma once
 
-#include "hosts/offscreen/show_frames.h"
-
 #include <cstdint>
 #include <map>
+
+#include "hosts/offscreen/show_frames.h"
 
 class PictureOrigin {
 public:

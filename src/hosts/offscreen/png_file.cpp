@@ -1,13 +1,13 @@
 #include "hosts/offscreen/png_file.h"
 
-#include "hosts/offscreen/failure.h"
-
 #include <png.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+
+#include "hosts/offscreen/failure.h"
 
 namespace {
 

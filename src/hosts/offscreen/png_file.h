@@ -1,8 +1,8 @@
 #pragma once
 
-#include "hosts/offscreen/picture.h"
-
 #include <string>
+
+#include "hosts/offscreen/picture.h"
 
 // Writes `picture` as an 8-bit RGB PNG at `path`, all of it or nothing: a file of that name is replaced only
 // once the new one is complete. The same picture gives the same bytes. Throws Failure.

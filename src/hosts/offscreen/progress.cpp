@@ -1,10 +1,10 @@
 #include "hosts/offscreen/progress.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cinttypes>
 #include <cstdio>
-
-#include <unistd.h>
 
 namespace {
 

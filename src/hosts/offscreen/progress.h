@@ -2,11 +2,11 @@
 // plain line now and then.
 #pragma once
 
-#include "hosts/offscreen/times.h"
-
 #include <chrono>
 #include <cstdint>
 #include <string>
+
+#include "hosts/offscreen/times.h"
 
 class Progress {
 public:

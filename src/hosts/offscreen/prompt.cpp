@@ -1,13 +1,13 @@
 #include "hosts/offscreen/prompt.h"
 
-#include "hosts/offscreen/failure.h"
-
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+
+#include "hosts/offscreen/failure.h"
 
 namespace {
 

@@ -1,17 +1,16 @@
 #include "hosts/offscreen/retry.h"
 
-#include "hosts/offscreen/failure.h"
-
-#include <csignal>
-#include <cstdio>
-#include <cstring>
-
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+
+#include "hosts/offscreen/failure.h"
 
 namespace {
 

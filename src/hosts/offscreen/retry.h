@@ -5,9 +5,9 @@
 // splits again if the child asks for it. The parent passes signals on and ends as its child ends.
 #pragma once
 
-#include "hosts/offscreen/frame_set.h"
-
 #include <cstdint>
+
+#include "hosts/offscreen/frame_set.h"
 
 // What one attempt leaves to the next.
 struct Attempt {

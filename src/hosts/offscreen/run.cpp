@@ -1,13 +1,6 @@
 #include "hosts/offscreen/run.h"
 
-#include "hosts/offscreen/frame_folder.h"
-#include "hosts/offscreen/gl_scale.h"
-#include "hosts/offscreen/gl_skip.h"
-#include "hosts/offscreen/running_order.h"
-#include "hosts/offscreen/sheet.h"
-#include "hosts/offscreen/stills.h"
-#include "hosts/offscreen/stream_writer.h"
-#include "hosts/offscreen/video_writer.h"
+#include <unistd.h>
 
 #include <cinttypes>
 #include <csignal>
@@ -16,7 +9,14 @@
 #include <cstring>
 #include <utility>
 
-#include <unistd.h>
+#include "hosts/offscreen/frame_folder.h"
+#include "hosts/offscreen/gl_scale.h"
+#include "hosts/offscreen/gl_skip.h"
+#include "hosts/offscreen/running_order.h"
+#include "hosts/offscreen/sheet.h"
+#include "hosts/offscreen/stills.h"
+#include "hosts/offscreen/stream_writer.h"
+#include "hosts/offscreen/video_writer.h"
 
 // The linker gives the show's exit to the first and the C library's own to the second (--wrap=exit).
 extern "C" [[noreturn]] void __wrap_exit(int status);

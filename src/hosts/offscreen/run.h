@@ -1,6 +1,8 @@
 // One run of the show for one export: which frames are wanted, where their pictures go, and the end.
 #pragma once
 
+#include <memory>
+
 #include "hosts/offscreen/clock.h"
 #include "hosts/offscreen/egl_screen.h"
 #include "hosts/offscreen/failure.h"
@@ -12,8 +14,6 @@
 #include "hosts/offscreen/retry.h"
 #include "hosts/offscreen/show_frames.h"
 #include "hosts/offscreen/sink.h"
-
-#include <memory>
 
 class Run {
 public:

@@ -1,11 +1,11 @@
 #include "hosts/offscreen/sheet.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include "hosts/offscreen/caption.h"
 #include "hosts/offscreen/png_file.h"
 #include "hosts/offscreen/running_order.h"
-
-#include <algorithm>
-#include <cstring>
 
 namespace {
 

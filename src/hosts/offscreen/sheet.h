@@ -1,11 +1,11 @@
 // The storyboard: one small picture for every moment worth one, in rows, its time and what it shows under it.
 #pragma once
 
+#include <map>
+
 #include "hosts/offscreen/frame_set.h"
 #include "hosts/offscreen/show_frames.h"
 #include "hosts/offscreen/sink.h"
-
-#include <map>
 
 class Sheet : public Sink {
 public:

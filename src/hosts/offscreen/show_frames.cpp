@@ -1,8 +1,8 @@
 #include "hosts/offscreen/show_frames.h"
 
-#include "hosts/offscreen/running_order.h"
-
 #include <algorithm>
+
+#include "hosts/offscreen/running_order.h"
 
 ShowFrames::ShowFrames(FrameRate rate)
     : rate_(rate), switch_(rate.first_frame_at(kPieces[1].from)), count_(0) {

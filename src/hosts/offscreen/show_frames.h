@@ -2,9 +2,9 @@
 // of music; show time runs along, with the jump where a piece of music starts.
 #pragma once
 
-#include "hosts/offscreen/times.h"
-
 #include <cstdint>
+
+#include "hosts/offscreen/times.h"
 
 // Stands for everything that is drawn before the first frame: the loading screens.
 constexpr std::int64_t kLoadingFrame = -1;

@@ -2,9 +2,9 @@
 // visible under its final name only when it is whole.
 #pragma once
 
-#include "hosts/offscreen/picture.h"
-
 #include <string>
+
+#include "hosts/offscreen/picture.h"
 
 class Sink {
 public:

@@ -1,8 +1,8 @@
 #include "hosts/offscreen/soundtrack.h"
 
-#include "hosts/offscreen/failure.h"
-
 #include <algorithm>
+
+#include "hosts/offscreen/failure.h"
 
 void Soundtrack::append(const PictureInfo& frame, std::vector<float>& samples) {
     const std::int64_t begin = samples_before(frame.frame);

@@ -1,16 +1,16 @@
 // What is heard while frames are on screen, cut into their lengths.
 #pragma once
 
-#include "hosts/mp3/mp3_stream.h"
-#include "hosts/offscreen/picture.h"
-
 #include <memory>
 #include <vector>
 
+#include "hosts/common/mp3_stream.h"
+#include "hosts/offscreen/picture.h"
+
 class Soundtrack {
 public:
-    static constexpr int kRate = Mp3Stream::kRate;
-    static constexpr int kChannels = Mp3Stream::kChannels;
+    static constexpr int kRate = kSoundRate;
+    static constexpr int kChannels = kSoundChannels;
 
     explicit Soundtrack(FrameRate rate) : rate_(rate) {}
 

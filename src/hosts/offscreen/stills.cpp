@@ -1,8 +1,8 @@
 #include "hosts/offscreen/stills.h"
 
-#include "hosts/offscreen/png_file.h"
-
 #include <filesystem>
+
+#include "hosts/offscreen/png_file.h"
 
 namespace fs = std::filesystem;
 

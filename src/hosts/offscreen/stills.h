@@ -1,13 +1,13 @@
 // Single pictures of the show as PNG files.
 #pragma once
 
-#include "hosts/offscreen/frame_set.h"
-#include "hosts/offscreen/show_frames.h"
-#include "hosts/offscreen/sink.h"
-
 #include <map>
 #include <string>
 #include <vector>
+
+#include "hosts/offscreen/frame_set.h"
+#include "hosts/offscreen/show_frames.h"
+#include "hosts/offscreen/sink.h"
 
 class Stills : public Sink {
 public:

@@ -6,10 +6,10 @@ extern "C" {
 #include <libavutil/frame.h>
 }
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstring>
-
-#include <unistd.h>
 
 StreamWriter::StreamWriter(int descriptor, StreamFormat format, FrameRate rate, bool continued)
     : descriptor_(descriptor), format_(format), rate_(rate), begun_(continued) {}

@@ -1,12 +1,12 @@
 // Pictures as a stream of bytes for another program.
 #pragma once
 
+#include <memory>
+#include <vector>
+
 #include "hosts/offscreen/sink.h"
 #include "hosts/offscreen/times.h"
 #include "hosts/offscreen/yuv.h"
-
-#include <memory>
-#include <vector>
 
 enum class StreamFormat {
     y4m, // YUV4MPEG2: 4:2:0, BT.709, limited range; says its size and rate itself

@@ -1,11 +1,11 @@
 // The show as a video file: H.264 (4:2:0, BT.709) and the music, with a chapter at every cue.
 #pragma once
 
-#include "hosts/offscreen/show_frames.h"
-#include "hosts/offscreen/sink.h"
-
 #include <memory>
 #include <string>
+
+#include "hosts/offscreen/show_frames.h"
+#include "hosts/offscreen/sink.h"
 
 class VideoWriter : public Sink {
 public:

@@ -1,9 +1,9 @@
 // Pictures as video has them: 4:2:0, BT.709, limited range.
 #pragma once
 
-#include "hosts/offscreen/picture.h"
-
 #include <memory>
+
+#include "hosts/offscreen/picture.h"
 
 struct AVFrame;
 struct SwsContext;

@@ -15,7 +15,7 @@
 #include <fstream>
 #include <string>
 
-#include "hosts/fmod_ex.h"
+#include "show/fmod_ex.h"
 
 struct FMOD_SYSTEM {};
 struct FMOD_SOUND {

@@ -1,10 +1,10 @@
 // FMOD Ex entry points. Sounds and channels are numbered in the order of their making, from 1; 0 is null.
-#include "hosts/fmod_ex.h"
+#include "show/fmod_ex.h"
 
 #include <algorithm>
 #include <memory>
 
-#include "record.h"
+#include "tests/hosts/recording/record.h"
 
 using recording::record;
 

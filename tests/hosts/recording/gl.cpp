@@ -1,7 +1,7 @@
 // GL entry points: the log, and a small model of what GL itself would keep (names, stack depths, errors).
 #include <GL/gl.h>
 
-#include "record.h"
+#include "tests/hosts/recording/record.h"
 
 using recording::g_gl;
 using recording::record;

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "record.h"
+#include "tests/hosts/recording/record.h"
 
 using recording::g_gl;
 using recording::record;

@@ -2,7 +2,7 @@
 // and, when a redisplay was asked for, display, until the script's display calls are used up.
 #include <GL/glut.h>
 
-#include "record.h"
+#include "tests/hosts/recording/record.h"
 
 using recording::record;
 

@@ -3,7 +3,7 @@
 
 #include <type_traits>
 
-#include "recording.h"
+#include "tests/hosts/recording/recording.h"
 
 namespace recording {
 

@@ -1,10 +1,10 @@
-#include "recording.h"
+#include "tests/hosts/recording/recording.h"
 
 #include <cmath>
 #include <cstdlib>
 #include <ostream>
 
-#include "record.h"
+#include "tests/hosts/recording/record.h"
 
 namespace recording {
 

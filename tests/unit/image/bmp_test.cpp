@@ -1,11 +1,10 @@
 // BMP export.
-#include "image/bmp.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 
-#include "support.h"
+#include "show/image/bmp.h"
+#include "tests/unit/image/support.h"
 
 namespace {
 

@@ -1,15 +1,14 @@
 // Convolution, blurs, levels, blending, rank, tone and relief. Whatever goes through the inner loops runs
 // once for every variant of them that this processor has.
-#include "image/filters.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
-#include "image/loops.h"
-#include "reference.h"
+#include "show/image/filters.h"
+#include "show/image/loops.h"
+#include "tests/unit/image/reference.h"
 
 namespace {
 

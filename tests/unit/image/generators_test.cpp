@@ -1,13 +1,12 @@
 // Plasma, ramps and cells.
-#include "image/generators.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 
-#include "image/random.h"
-#include "reference.h"
+#include "show/image/generators.h"
+#include "show/image/random.h"
+#include "tests/unit/image/reference.h"
 
 namespace {
 

@@ -1,14 +1,13 @@
 // Noise.
-#include "image/noise.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
 
-#include "image/random.h"
-#include "image/remainder.h"
-#include "reference.h"
+#include "show/image/noise.h"
+#include "show/image/random.h"
+#include "show/image/remainder.h"
+#include "tests/unit/image/reference.h"
 
 namespace {
 

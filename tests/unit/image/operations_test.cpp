@@ -7,15 +7,15 @@
 #include <functional>
 #include <string>
 
-#include "image/bmp.h"
-#include "image/filters.h"
-#include "image/generators.h"
-#include "image/image.h"
-#include "image/noise.h"
-#include "image/progress.h"
-#include "image/transforms.h"
-#include "image/upload.h"
-#include "support.h"
+#include "show/image/bmp.h"
+#include "show/image/filters.h"
+#include "show/image/generators.h"
+#include "show/image/image.h"
+#include "show/image/noise.h"
+#include "show/image/progress.h"
+#include "show/image/transforms.h"
+#include "show/image/upload.h"
+#include "tests/unit/image/support.h"
 
 namespace {
 

@@ -1,9 +1,8 @@
 // The random generator.
-#include "image/random.h"
-
 #include <gtest/gtest.h>
 
-#include "reference.h"
+#include "show/image/random.h"
+#include "tests/unit/image/reference.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "image/image.h"
-#include "support.h"
+#include "show/image/image.h"
+#include "tests/unit/image/support.h"
 
 TEST(ImageCreate, AllocatesOnePlaneForGrey) {
     const ImagePtr img = owned(image_create(3, 2, kImageGrey));

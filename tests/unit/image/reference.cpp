@@ -1,4 +1,4 @@
-#include "reference.h"
+#include "tests/unit/image/reference.h"
 
 #include <cmath>
 #include <functional>

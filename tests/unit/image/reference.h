@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "support.h"
+#include "tests/unit/image/support.h"
 
 namespace reference {
 

@@ -1,9 +1,9 @@
-#include "support.h"
+#include "tests/unit/image/support.h"
 
 #include <algorithm>
 #include <cstdlib>
 
-#include "image/progress.h"
+#include "show/image/progress.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-#include "image/image.h"
+#include "show/image/image.h"
 
 using ImagePtr = std::unique_ptr<Image, decltype(&image_free)>;
 using Values = std::vector<std::int32_t>;

@@ -1,11 +1,10 @@
 // Operations that move values about.
-#include "image/transforms.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "reference.h"
+#include "show/image/transforms.h"
+#include "tests/unit/image/reference.h"
 
 namespace {
 

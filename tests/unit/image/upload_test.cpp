@@ -1,12 +1,11 @@
 // Uploading, with GL and GLU replaced by a list of the calls.
-#include "image/upload.h"
-
 #include <GL/glu.h>
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "support.h"
+#include "show/image/upload.h"
+#include "tests/unit/image/support.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include "programs.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+
+#include "tests/whole/export/programs.h"
 
 namespace fs = std::filesystem;
 

@@ -1,4 +1,4 @@
-#include "decoded_video.h"
+#include "tests/whole/export/decoded_video.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
-#include "hosts/offscreen/frame_set.h"
-
 #include <gtest/gtest.h>
 
 #include <random>
 #include <set>
+
+#include "hosts/offscreen/frame_set.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "hosts/offscreen/failure.h"
-#include "hosts/offscreen/options.h"
-
 #include <gtest/gtest.h>
 
 #include <vector>
+
+#include "hosts/offscreen/failure.h"
+#include "hosts/offscreen/options.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Stills of shows whose pictures are made of earlier frames: each must be the picture that the whole run
 // shows.
-#include "programs.h"
-
 #include <gtest/gtest.h>
+
+#include "tests/whole/export/programs.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "hosts/offscreen/picture_origin.h"
-
 #include <gtest/gtest.h>
+
+#include "hosts/offscreen/picture_origin.h"
 
 namespace {
 

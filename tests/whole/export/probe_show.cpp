@@ -1,8 +1,6 @@
 // A show that does what the real one does not: frames that clear nothing, textures copied long before they
 // are shown, state that is left to the next frame in every way GL knows, an end of its own. The environment
 // variable PROBE says which. Its music, size and end are those of the real show.
-#include "hosts/fmod_ex.h"
-
 #include <GL/glu.h>
 #include <GL/glut.h>
 
@@ -10,6 +8,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+
+#include "show/fmod_ex.h"
 
 namespace {
 

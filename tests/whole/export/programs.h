@@ -1,10 +1,10 @@
 // The programs under test, ready to be started.
 #pragma once
 
-#include "run_program.h"
-
 #include <string>
 #include <vector>
+
+#include "tests/whole/export/run_program.h"
 
 // skav-export with the project's data, in English, unless `arguments` say otherwise.
 inline Start export_show(std::vector<std::string> arguments) {

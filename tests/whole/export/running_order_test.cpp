@@ -1,12 +1,11 @@
 // The exporter's table of the show against the show's own timeline.
-#include "driver/scene_table.h"
-#include "driver/show.h"
-#include "driver/timeline.h"
-#include "hosts/offscreen/running_order.h"
-
-#include "recording.h"
-
 #include <gtest/gtest.h>
+
+#include "hosts/offscreen/running_order.h"
+#include "show/driver/scene_table.h"
+#include "show/driver/timeline.h"
+#include "show/stage/show_time.h"
+#include "tests/hosts/recording/recording.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "programs.h"
-
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstdlib>
+
+#include "tests/whole/export/programs.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
+#include <gtest/gtest.h>
+
 #include "hosts/offscreen/running_order.h"
 #include "hosts/offscreen/show_frames.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 

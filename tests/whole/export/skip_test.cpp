@@ -1,7 +1,7 @@
 // Ranges and stills of the show itself against a run in which every frame is drawn.
-#include "programs.h"
-
 #include <gtest/gtest.h>
+
+#include "tests/whole/export/programs.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "programs.h"
-
 #include <gtest/gtest.h>
 
 #include <csignal>
 #include <filesystem>
+
+#include "tests/whole/export/programs.h"
 
 namespace {
 

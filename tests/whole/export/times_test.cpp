@@ -1,6 +1,6 @@
-#include "hosts/offscreen/times.h"
-
 #include <gtest/gtest.h>
+
+#include "hosts/offscreen/times.h"
 
 namespace {
 

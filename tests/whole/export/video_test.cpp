@@ -1,13 +1,12 @@
-#include "decoded_video.h"
-#include "programs.h"
-
-#include "hosts/mp3/mp3_stream.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <csignal>
 #include <fstream>
+
+#include "hosts/common/mp3_stream.h"
+#include "tests/whole/export/decoded_video.h"
+#include "tests/whole/export/programs.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "display/desktop.h"
+#include "hosts/desktop/display/desktop.h"
 
 #include <GL/glx.h>
 #include <X11/Xlib.h>
@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "display/message.h"
+#include "hosts/desktop/display/message.h"
 
 namespace desktop {
 namespace {

@@ -1,4 +1,4 @@
-#include "display/display_mode.h"
+#include "hosts/desktop/display/display_mode.h"
 
 #include <algorithm>
 #include <cmath>

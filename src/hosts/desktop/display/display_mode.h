@@ -6,7 +6,7 @@
 
 #include <vector>
 
-#include "display/geometry.h"
+#include "hosts/desktop/display/geometry.h"
 
 namespace desktop {
 

@@ -1,4 +1,4 @@
-#include "display/geometry.h"
+#include "hosts/desktop/display/geometry.h"
 
 #include <algorithm>
 

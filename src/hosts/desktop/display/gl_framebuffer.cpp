@@ -1,4 +1,4 @@
-#include "display/gl_framebuffer.h"
+#include "hosts/desktop/display/gl_framebuffer.h"
 
 #include <GL/glx.h>
 

@@ -1,4 +1,4 @@
-#include "display/glut_entry.h"
+#include "hosts/desktop/display/glut_entry.h"
 
 #include <GL/freeglut.h>
 
@@ -10,14 +10,14 @@
 #include <memory>
 #include <thread>
 
-#include "display/desktop.h"
-#include "display/message.h"
-#include "display/options.h"
-#include "display/screen_mode.h"
-#include "display/screensaver.h"
-#include "display/signals.h"
-#include "display/surface.h"
-#include "display/window.h"
+#include "hosts/desktop/display/desktop.h"
+#include "hosts/desktop/display/message.h"
+#include "hosts/desktop/display/options.h"
+#include "hosts/desktop/display/screen_mode.h"
+#include "hosts/desktop/display/screensaver.h"
+#include "hosts/desktop/display/signals.h"
+#include "hosts/desktop/display/surface.h"
+#include "hosts/desktop/display/window.h"
 
 using namespace desktop;
 using Clock = std::chrono::steady_clock;

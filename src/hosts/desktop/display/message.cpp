@@ -1,4 +1,4 @@
-#include "display/message.h"
+#include "hosts/desktop/display/message.h"
 
 #include <cerrno>
 #include <cstdio>

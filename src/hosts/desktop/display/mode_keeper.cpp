@@ -1,4 +1,4 @@
-#include "display/mode_keeper.h"
+#include "hosts/desktop/display/mode_keeper.h"
 
 #include <fcntl.h>
 #include <sys/prctl.h>

@@ -2,7 +2,7 @@
 // however the show ended: killed and crashed processes run no exit handlers.
 #pragma once
 
-#include "display/display_mode.h"
+#include "hosts/desktop/display/display_mode.h"
 
 namespace desktop {
 

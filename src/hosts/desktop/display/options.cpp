@@ -1,10 +1,10 @@
-#include "display/options.h"
+#include "hosts/desktop/display/options.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 
-#include "display/message.h"
+#include "hosts/desktop/display/message.h"
 
 namespace desktop {
 namespace {

@@ -1,9 +1,9 @@
-#include "display/screen_mode.h"
+#include "hosts/desktop/display/screen_mode.h"
 
 #include <cstdlib>
 
-#include "display/display_mode.h"
-#include "display/mode_keeper.h"
+#include "hosts/desktop/display/display_mode.h"
+#include "hosts/desktop/display/mode_keeper.h"
 
 namespace desktop {
 namespace {

@@ -7,7 +7,7 @@
 
 #include <X11/Xlib.h>
 
-#include "display/geometry.h"
+#include "hosts/desktop/display/geometry.h"
 
 namespace desktop {
 

@@ -1,4 +1,4 @@
-#include "display/screensaver.h"
+#include "hosts/desktop/display/screensaver.h"
 
 #include <X11/extensions/scrnsaver.h>
 #include <dbus/dbus.h>

@@ -1,4 +1,4 @@
-#include "display/signals.h"
+#include "hosts/desktop/display/signals.h"
 
 #include <unistd.h>
 

@@ -1,6 +1,6 @@
-#include "display/surface.h"
+#include "hosts/desktop/display/surface.h"
 
-#include "display/gl_framebuffer.h"
+#include "hosts/desktop/display/gl_framebuffer.h"
 
 namespace desktop {
 namespace {

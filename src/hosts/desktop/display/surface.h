@@ -13,7 +13,7 @@
 #include <memory>
 #include <vector>
 
-#include "display/geometry.h"
+#include "hosts/desktop/display/geometry.h"
 
 namespace desktop {
 

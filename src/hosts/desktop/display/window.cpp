@@ -1,4 +1,4 @@
-#include "display/window.h"
+#include "hosts/desktop/display/window.h"
 
 #include <GL/glx.h>
 #include <GL/glxext.h>

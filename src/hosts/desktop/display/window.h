@@ -1,7 +1,7 @@
 // The X side of GLUT's current window: what GLUT has no call for.
 #pragma once
 
-#include "display/geometry.h"
+#include "hosts/desktop/display/geometry.h"
 
 namespace desktop {
 

@@ -4,17 +4,16 @@
 // is not found, and nothing is touched. Systems live to the end of the program, for no call ends one. At
 // exit() their threads may be in the middle of something, so nothing here is ever destroyed: no thread finds
 // anything gone, and nobody waits for a sound server that hangs.
-#include "hosts/fmod_ex.h"
-
-#include "hosts/desktop/sound/player.h"
-#include "hosts/desktop/sound/streamed_sound.h"
-
 #include <cstdint>
 #include <iterator>
 #include <memory>
 #include <new>
 #include <unordered_map>
 #include <utility>
+
+#include "hosts/desktop/sound/player.h"
+#include "hosts/desktop/sound/streamed_sound.h"
+#include "show/fmod_ex.h"
 
 namespace {
 

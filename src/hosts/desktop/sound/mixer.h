@@ -4,14 +4,14 @@
 // it never locks, allocates, waits, reads files or decodes. handed_out() and segments() are for any thread.
 #pragma once
 
-#include "hosts/desktop/sound/segment_log.h"
-#include "hosts/desktop/sound/streamed_sound.h"
-
 #include <array>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+
+#include "hosts/desktop/sound/segment_log.h"
+#include "hosts/desktop/sound/streamed_sound.h"
 
 namespace sound {
 

@@ -1,12 +1,12 @@
 #include "hosts/desktop/sound/output.h"
 
-#include "hosts/desktop/sound/steady_time.h"
-
 #include <cubeb/cubeb.h>
 
 #include <algorithm>
 #include <array>
 #include <chrono>
+
+#include "hosts/desktop/sound/steady_time.h"
 
 namespace sound {
 

@@ -11,16 +11,16 @@
 // audible() is for any thread and wait-free but for a rare retry.
 #pragma once
 
-#include "hosts/desktop/sound/mixer.h"
-#include "hosts/desktop/sound/position_clock.h"
-#include "hosts/desktop/sound/seq_lock.h"
-
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
 #include <mutex>
 #include <thread>
+
+#include "hosts/desktop/sound/mixer.h"
+#include "hosts/desktop/sound/position_clock.h"
+#include "hosts/desktop/sound/seq_lock.h"
 
 namespace sound {
 

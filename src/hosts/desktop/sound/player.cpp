@@ -8,7 +8,7 @@ namespace sound {
 namespace {
 
 // The first frame that counts as `ms`.
-std::int64_t to_frame(unsigned ms) { return (static_cast<std::int64_t>(ms) * Mp3Stream::kRate + 999) / 1000; }
+std::int64_t to_frame(unsigned ms) { return (static_cast<std::int64_t>(ms) * kSoundRate + 999) / 1000; }
 
 } // namespace
 
@@ -55,7 +55,7 @@ unsigned Player::position_ms() {
                                      static_cast<double>(sound_->length()));
         position_ = std::max(position_, std::min(heard, most));
     }
-    return static_cast<unsigned>(position_ * 1000 / Mp3Stream::kRate);
+    return static_cast<unsigned>(position_ * 1000 / kSoundRate);
 }
 
 } // namespace sound

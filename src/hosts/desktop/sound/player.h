@@ -15,11 +15,11 @@
 // rendering to end; play() and seek() also decode the first half second when the sound does not stand ready.
 #pragma once
 
+#include <cstdint>
+
 #include "hosts/desktop/sound/mixer.h"
 #include "hosts/desktop/sound/output.h"
 #include "hosts/desktop/sound/streamed_sound.h"
-
-#include <cstdint>
 
 namespace sound {
 

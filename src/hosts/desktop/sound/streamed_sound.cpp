@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kRingFrames = 65536;
 constexpr std::size_t kBlockFrames = 1152;
-constexpr std::int64_t kDecodedAtOnce = Mp3Stream::kRate / 2;
+constexpr std::int64_t kDecodedAtOnce = kSoundRate / 2;
 constexpr std::chrono::milliseconds kDecoderPause{20}; // a small part of what the queue holds
 
 } // namespace

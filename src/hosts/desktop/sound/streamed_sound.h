@@ -8,9 +8,6 @@
 // thread that plays, and may not run while seek() or the destructor does: Mixer sees to that.
 #pragma once
 
-#include "hosts/desktop/sound/stream_ring.h"
-#include "hosts/mp3/mp3_stream.h"
-
 #include <atomic>
 #include <condition_variable>
 #include <cstddef>
@@ -18,6 +15,9 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+
+#include "hosts/common/mp3_stream.h"
+#include "hosts/desktop/sound/stream_ring.h"
 
 namespace sound {
 

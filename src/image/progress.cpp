@@ -1,3 +1,0 @@
-#include "image/progress.h"
-
-void (*g_progress_hook)() = nullptr;

@@ -1,9 +1,0 @@
-// The caption strip of the greetings, the gyroscope room and the cross: a name in the lower right of the 2D
-// overlay.
-#pragma once
-
-constexpr int kNoCaption = -1;
-
-// One of eight rows of the words texture (scenes/greetings.h), over-bright and half transparent. kNoCaption
-// sets the state and draws nothing. Leaves texturing and blending on, lighting and depth writes off.
-void draw_caption(int row);

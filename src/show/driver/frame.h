@@ -1,0 +1,9 @@
+// The frame: what the display callback draws once the show is loaded.
+#pragma once
+
+// The display callback of the show; statically show_frame.
+extern void (*g_frame_fn)();
+
+// One frame: reads the music's position, fires the cues that are due, renders the active scenes in list order
+// and swaps buffers. No scene is cleared for; each does its own.
+void show_frame();

@@ -1,0 +1,102 @@
+#include "show/image/kernel.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+#include "show/image/planes.h"
+
+namespace {
+
+// Below this many taps the pairs save less than it costs to make the narrow values.
+constexpr std::size_t kFewTaps = 8;
+
+// Puts taps of equal weight together, drops those of weight 0 and marks the runs. Returns how many are left.
+std::size_t group_taps(Tap* taps, std::size_t count) {
+    Tap* const end = std::remove_if(taps, taps + count, [](const Tap& tap) { return tap.weight == 0; });
+    std::sort(taps, end, [](const Tap& a, const Tap& b) {
+        return a.weight != b.weight ? a.weight < b.weight : a.offset < b.offset;
+    });
+    for (Tap *first = taps, *next; first != end; first = next) {
+        next = std::find_if(first, end, [first](const Tap& tap) { return tap.weight != first->weight; });
+        first->run = static_cast<std::int32_t>(next - first);
+    }
+    return static_cast<std::size_t>(end - taps);
+}
+
+// Puts neighbouring weights of a row together, where not both are 0; a row's last has no neighbour. Returns
+// how many pairs there are.
+std::size_t make_pairs(PairTap* pairs, const std::int32_t* weights, std::size_t rows, std::size_t n,
+                       std::size_t stride) {
+    std::size_t count = 0;
+    for (std::size_t row = 0; row < rows; ++row) {
+        for (std::size_t k = 0; k < n; k += 2) {
+            const std::int32_t first = weights[row * n + k],
+                               second = k + 1 < n ? weights[row * n + k + 1] : 0;
+            if (first == 0 && second == 0) continue;
+            pairs[count++] = {static_cast<std::int16_t>(first), static_cast<std::int16_t>(second),
+                              static_cast<std::ptrdiff_t>(row * stride + k)};
+        }
+    }
+    return count;
+}
+
+bool all_narrow(const std::int32_t* weights, std::size_t count) {
+    return std::all_of(weights, weights + count,
+                       [](std::int32_t w) { return w >= INT16_MIN && w <= INT16_MAX; });
+}
+
+// A factor by which the truncated product is always the truncated quotient, or 0.
+//
+// The product with a plain reciprocal would fall short of some quotients that are integers. This one is too
+// large by 2^-49, so it never does; and it never reaches an integer that the quotient does not reach: where
+// the divisor is m / 2^t with t <= 16, a quotient that is no integer misses the next one by at least 1/m,
+// which is at least 2^-47 of itself for sums of 32 bits.
+double exact_reciprocal(const KernelArgs& args) {
+    const double m = args.divisor * 65536.0;
+    const bool exact = args.bias == 0 && args.divisor >= 1.0 && m < 9007199254740992.0 && m == std::floor(m);
+    return exact ? 1.0 / args.divisor * (1.0 + 1.0 / 562949953421312.0) : 0.0;
+}
+
+bool results_fit(const KernelArgs& args) {
+    return fits_32(args.bias + INT32_MIN / args.divisor) && fits_32(args.bias + INT32_MAX / args.divisor);
+}
+
+} // namespace
+
+bool prepare_kernel(PreparedKernel& prepared, const KernelArgs& args, std::size_t rows, std::size_t stride,
+                    std::size_t step) {
+    const std::size_t n = 2 * static_cast<std::size_t>(args.r) + 1, count = rows * n;
+    prepared.taps = static_cast<Tap*>(std::calloc(count, sizeof(Tap)));
+    prepared.pairs = static_cast<PairTap*>(std::calloc(count, sizeof(PairTap)));
+    if (!prepared.taps || !prepared.pairs) {
+        free_kernel(prepared);
+        return false;
+    }
+
+    std::int32_t sum = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t offset = i / n * stride + i % n * step;
+        prepared.taps[i] = {args.weights[i], 0, static_cast<std::ptrdiff_t>(offset)};
+        sum += args.weights[i];
+    }
+    Kernel& kernel = prepared.kernel;
+    kernel.taps = prepared.taps;
+    kernel.count = group_taps(prepared.taps, count);
+    kernel.pairs = prepared.pairs;
+    kernel.pair_count = 0;
+    if (step == 1 && count >= kFewTaps && all_narrow(args.weights, count)) {
+        kernel.pair_count = make_pairs(prepared.pairs, args.weights, rows, n, stride);
+    }
+    kernel.sum = sum;
+    kernel.divisor = args.divisor;
+    kernel.bias = args.bias;
+    kernel.fits = results_fit(args);
+    kernel.reciprocal = exact_reciprocal(args);
+    return true;
+}
+
+void free_kernel(PreparedKernel& prepared) {
+    std::free(prepared.taps);
+    std::free(prepared.pairs);
+}

@@ -1,0 +1,3 @@
+#include "show/image/progress.h"
+
+void (*g_progress_hook)() = nullptr;

@@ -1,0 +1,298 @@
+#include "show/scenes/gyro.h"
+
+// The gyroscope room: between a floor and a ceiling of blocks, three sets of spinning rings, four beam
+// columns and four double helices, while the camera turns. Every start is a pass of its own: another camera
+// and the next name in the strip.
+
+#include <GL/glu.h>
+
+#include <cmath>
+
+#include "show/image/filters.h"
+#include "show/image/generators.h"
+#include "show/image/image.h"
+#include "show/image/upload.h"
+#include "show/scenes/angles.h"
+#include "show/scenes/beams.h"
+#include "show/scenes/caption.h"
+#include "show/scenes/greetings.h"
+#include "show/scenes/letterbox.h"
+#include "show/scenes/scene_setup.h"
+#include "show/scenes/scenes.h"
+#include "show/scenes/texture.h"
+#include "show/stage/overlay.h"
+#include "show/stage/render_state.h"
+#include "show/stage/shapes.h"
+#include "show/stage/show_time.h"
+
+namespace {
+
+int g_gyro_pass;         // how many times the scene was started
+float g_gyro_pass_start; // seconds of show time
+unsigned tex_glow;       // red and clear in the middle, black and opaque at the rim and in the corners
+
+// --- The slabs ---
+
+constexpr int kBlocks = 20; // along each side
+
+// What row and column number n adds to the height of its blocks; made by gyro_prepare.
+double g_cosine_power[kBlocks];
+double g_sine_power[kBlocks];
+
+void make_block_powers() {
+    for (int n = 0; n < kBlocks; ++n) {
+        const double angle = n * kBlockWave;
+        g_cosine_power[n] = std::pow(std::cos(angle) * 1.1, 12);
+        g_sine_power[n] = std::pow(std::sin(angle) * 0.9, 2);
+    }
+}
+
+// Floor and ceiling. The translation is not pushed: it stays for the layers that follow.
+void draw_slabs() {
+    glEnable(GL_CULL_FACE);
+    glCullFace(GL_FRONT);
+    glDisable(GL_BLEND);
+    glBindTexture(GL_TEXTURE_2D, tex_wall);
+    glTranslated(-120, -120, -40);
+    for (int i = 0; i < kBlocks; ++i) {
+        for (int j = 0; j < kBlocks; ++j) {
+            const double cx = g_cosine_power[j], cy = g_cosine_power[i];
+            const double sx = g_sine_power[j], sy = g_sine_power[i];
+            glPushMatrix();
+            glScaled(12, 12, 12);
+            draw_box(j, i, 0, j + 1, i + 1, cx + 1 + cy + sx + 1 + sy - 2);
+            draw_box(j, i, -1 - cx - 1 - cy + 20, j + 1, i + 1, 20);
+            glPopMatrix();
+        }
+    }
+}
+
+// --- The gyroscope ---
+
+struct Circle {
+    double sine, cosine;
+};
+
+Circle circle(double angle) { return {std::sin(angle), std::cos(angle)}; }
+
+// 359 cells of a little more than a degree: the ring closes with a small overlap. The cosines of the second
+// and fourth corner are those of the cell's other end, which skews every cell. Meant.
+void draw_flat_ring(float inner, float outer) {
+    const double in = inner, out = outer;
+    Circle from = circle(0);
+    for (int i = 0; i < 359; ++i) {
+        const Circle to = circle((i + 1) * 0.01768388258597293);
+        glPushMatrix();
+        glScaled(5, 5, 5);
+        glNormal3d(0, 0, -1);
+        glBegin(GL_QUADS);
+        glTexCoord2d(0, 0);
+        glVertex3d(out * from.sine, out * from.cosine, 0);
+        glTexCoord2d(0, 1);
+        glVertex3d(in * from.sine, in * to.cosine, 0);
+        glTexCoord2d(1, 1);
+        glVertex3d(in * to.sine, in * to.cosine, 0);
+        glTexCoord2d(1, 0);
+        glVertex3d(out * to.sine, out * from.cosine, 0);
+        glEnd();
+        glPopMatrix();
+        from = to;
+    }
+}
+
+// 36 cells around, standing 0.5 to both sides of the ring's plane; the far edge takes its cosines from its
+// own product for the same angle.
+void draw_ring_band(float radius) {
+    const double r = radius;
+    for (int i = 0; i < 36; ++i) {
+        const Circle from = circle(i * 0.1768388258597293);
+        const Circle to = circle((i + 1) * 0.1768388258597293);
+        const double far_from = std::cos(100 * i * kWave);
+        const double far_to = std::cos((100 * i + 100) * kWave);
+        glPushMatrix();
+        glScaled(5, 5, 5);
+        glNormal3d(0, 0, -1);
+        glBegin(GL_QUADS);
+        glTexCoord2d(0, 0);
+        glVertex3d(r * from.sine, r * from.cosine, -0.5);
+        glTexCoord2d(0, 1);
+        glVertex3d(r * from.sine, r * far_from, 0.5);
+        glTexCoord2d(1, 1);
+        glVertex3d(r * to.sine, r * far_to, 0.5);
+        glTexCoord2d(1, 0);
+        glVertex3d(r * to.sine, r * to.cosine, -0.5);
+        glEnd();
+        glPopMatrix();
+    }
+}
+
+struct RingSet {
+    float color[3];
+    double speed; // degrees per second of show time
+    float axis[3];
+    float inner, outer;
+    float bands[2]; // radii
+};
+
+constexpr RingSet kRingSets[] = {
+    {{0, 1, 0}, 50, {1.0f, 0.5f, 0.1f}, 8, 10, {10.0f, 8.0f}},
+    {{1, 0, 0}, 100, {0.5f, 0.1f, 0.3f}, 5, 8, {7.9f, 5.0f}},
+    {{0, 0, 1}, 200, {0.3f, 0.5f, 0.9f}, 3, 5, {4.9f, 3.0f}},
+};
+
+// This translation stays as well.
+void draw_gyroscope() {
+    glTranslated(240, 240, -40);
+    glDisable(GL_CULL_FACE);
+    glEnable(GL_BLEND);
+    glBindTexture(GL_TEXTURE_2D, tex_glow);
+    for (const RingSet& set : kRingSets) {
+        glPushMatrix();
+        glColor3f(set.color[0], set.color[1], set.color[2]);
+        glTranslated(-120, -120, 120);
+        glRotatef(static_cast<float>(g_demo_time * set.speed), set.axis[0], set.axis[1], set.axis[2]);
+        draw_flat_ring(set.inner, set.outer);
+        draw_ring_band(set.bands[0]);
+        draw_ring_band(set.bands[1]);
+        glPopMatrix();
+    }
+}
+
+// --- Beams and helices ---
+
+void draw_beam_column() {
+    glRotatef(90.0f, 0.0f, 0.0f, -1.0f);
+    set_up_beam(GLU_OUTSIDE, tex_beam);
+    draw_visible_pieces(g_scroll_y, draw_glowing_piece);
+}
+
+void draw_beam_columns() {
+    static constexpr double kPlaces[][2] = {{-60, -60}, {-180, -60}, {-180, -180}, {-60, -180}};
+    glDepthMask(GL_TRUE);
+    for (const double* place : kPlaces) {
+        glPushMatrix();
+        glTranslated(place[0], place[1], 0);
+        draw_beam_column();
+        glPopMatrix();
+    }
+}
+
+void draw_helices() {
+    struct Helix {
+        double x, z;
+        int turn; // +1 or -1
+    };
+    static constexpr Helix kHelices[] = {{-180, 60, 1}, {-180, 180, -1}, {-60, 180, 1}, {-60, 60, -1}};
+    glDepthMask(GL_FALSE);
+    glPushMatrix();
+    glRotatef(90.0f, 1.0f, 0.0f, 0.0f);
+    glEnable(GL_BLEND);
+    blend_alpha();
+    glColor4f(1.0f, 1.0f, 1.0f, 1.0f);
+    glBindTexture(GL_TEXTURE_2D, tex_ribbon);
+    for (const Helix& helix : kHelices) {
+        glPushMatrix();
+        glTranslated(helix.x, -0.0, helix.z);
+        glRotatef(static_cast<float>(helix.turn * g_demo_time * 300), 0.0f, 1.0f, 0.0f);
+        draw_helix_strand(0.0f);
+        draw_helix_strand(18.0f);
+        glPopMatrix();
+    }
+    glDepthMask(GL_TRUE);
+    glPopMatrix();
+}
+
+// --- Caption, bars, camera ---
+
+// The three passes show the rows after the greetings' own.
+int caption_row() { return g_gyro_pass >= 1 && g_gyro_pass <= 3 ? g_gyro_pass + 3 : kNoCaption; }
+
+// The second end_2d after the caption pops both stacks once more than was pushed, and the push and pop around
+// the bars interleave with the overlay's own. Meant.
+void draw_gyro_letterbox() {
+    glDepthMask(GL_TRUE);
+    glEnable(GL_LIGHTING);
+    end_2d();
+    glPushMatrix();
+    begin_letterbox();
+    glColor4f(1.0f, 1.0f, 1.0f, 0.0f);
+    restore_after_letterbox();
+    glPopMatrix();
+    set_picture_viewport();
+    end_2d();
+}
+
+void gyro_camera(float t) {
+    switch (g_gyro_pass) {
+    case 1:
+        look_at_origin();
+        glRotatef(70.0f, -1.0f, 0.0f, 0.0f);
+        glTranslated(0, 100, -70);
+        glRotatef(-30.0f * t, 0.0f, 0.0f, 1.0f);
+        return;
+    case 2:
+        look_at_origin();
+        glRotatef(70.0f, -1.0f, 0.0f, 0.0f);
+        glTranslated(0, 70, -10);
+        glRotatef(-25.0f * t, 0.0f, 0.0f, 1.0f);
+        glRotatef(25.0f * t, 1.0f, 1.0f, 0.0f);
+        return;
+    case 3: // the rotation comes first: the whole view tumbles about the world's axis
+        glRotatef(-100.0f * t, 1.0f, 1.0f, 1.0f);
+        glTranslated(0, 0, -0.0);
+        look_at_origin();
+        return;
+    }
+}
+
+} // namespace
+
+void draw_helix_strand(float phase) {
+    glBegin(GL_QUADS);
+    draw_helix_ribbon(phase);
+    glEnd();
+}
+
+void gyro_prepare() {
+    Image* unused = create_black(256, 256, kImageGrey);
+    Image* rim = create_black(256, 256, kImageGrey); // dark in the middle
+    image_radial(rim, 0.0, 1.0);
+    invert(rim);
+    image_set_alpha(unused, rim);
+    Image* glow = image_create(256, 256, kImageColor | kImageAlpha);
+    image_fill(glow, 0xffba0000);
+    image_blend(glow, rim, kMixSubtract, 200);
+    image_set_alpha(glow, rim);
+    tex_glow = image_upload(glow, kTextureMipmapped);
+    image_free(unused);
+    image_free(rim);
+    image_free(glow);
+    make_block_powers();
+}
+
+void gyro_start() {
+    g_gyro_pass += 1;
+    set_up_lights();
+    set_up_projection();
+    set_up_fog(100.0f, 600.0f);
+    g_gyro_pass_start = static_cast<float>(g_demo_time);
+}
+
+void gyro_render() {
+    const float t = static_cast<float>(g_demo_time - g_gyro_pass_start);
+    glLoadIdentity();
+    g_scroll_y = 0;
+    set_render_state(kDepthTest | kLighting | kTexture);
+    gyro_camera(t);
+    glClearColor(0.5f, 0.5f, 0.5f, 0.0f);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    draw_slabs();
+    draw_gyroscope();
+    draw_beam_columns();
+    draw_helices();
+    draw_caption(tex_words, caption_row());
+    draw_gyro_letterbox();
+}
+
+void gyro_stop() {}
+void gyro_release() {}

@@ -1,0 +1,3 @@
+#include "show/stage/language.h"
+
+int g_english = 0;
