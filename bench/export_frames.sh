@@ -5,7 +5,7 @@
 set -euo pipefail
 
 root=$(cd "$(dirname "$0")/.." && pwd)
-build=${1:-$root/build/release}
+build=${1:-$root/build/ci}
 shift || true
 program=$build/src/hosts/offscreen/skav-export
 

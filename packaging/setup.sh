@@ -42,26 +42,39 @@ require_packages() {
     fi
     say "Installing: $missing"
     # Standard input stays the show's.
-    "${as_root[@]}" apt-get update -qq </dev/null >&2 &&
-        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-            apt-get install -y -qq --no-install-recommends $missing </dev/null >&2 ||
+    # An update may fail for a reason of its own, such as somebody else's expired repository.
+    "${as_root[@]}" apt-get update -qq </dev/null >&2 ||
+        say "The package lists could not be updated; trying with those that are here."
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends $missing </dev/null >&2 ||
         die "Installing failed. What is missing: $missing"
 }
 
-# Configures a preset, with further cmake arguments.
+# Whether a preset's build folder belongs to this checkout. After a move or a copy it still points to the old place.
+is_ours() { grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "build/$1/CMakeCache.txt"; }
+
+# Configures a preset, from the start where its build folder belongs to another place.
 configure() {
-    local preset=$1 log
-    shift
-    log=$(cmake --preset "$preset" "$@" </dev/null 2>&1) || die "$log
+    local preset=$1 folder=build/$1 log
+    if [ -e "$folder/CMakeCache.txt" ] && ! is_ours "$preset"; then
+        say "$folder was not made for $PWD: starting anew."
+        rm -rf "$folder"
+    fi
+    log=$(cmake --preset "$preset" </dev/null 2>&1) || die "$log
 Configuring failed (preset $preset)."
 }
 
-# Builds targets of a configured preset, all of them when none is named. Says so only when there is something to do.
+# Builds targets of a preset, all of them when none is named, and configures it first where that was not done yet or
+# without these targets. Prints nothing when there is nothing to do.
 build() {
-    local preset=$1 log command=(cmake --build --preset "$1")
+    local preset=$1 log plan command=(cmake --build --preset "$1")
     shift
     [ $# = 0 ] || command+=(--target "$@")
-    "${command[@]}" -- -n </dev/null 2>&1 | grep -q '^ninja: no work to do' && return
+    if ! is_ours "$preset" || ! plan=$("${command[@]}" -- -n </dev/null 2>&1); then
+        configure "$preset"
+    elif grep -q '^ninja: no work to do' <<<"$plan"; then
+        return
+    fi
     say "Building ($preset) ..."
     log=$("${command[@]}" </dev/null 2>&1) || die "$log
 Building failed (preset $preset)."

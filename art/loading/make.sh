@@ -4,8 +4,8 @@
 #
 # Needs the packages povray and ttf-bitstream-vera, and the project's own skav-pack; its path may be given.
 #
-#     cmake --preset release && cmake --build --preset release --target skav-pack
-#     art/loading/make.sh [build/release/tools/pack/skav-pack]
+#     cmake --preset ci && cmake --build --preset ci --target skav-pack
+#     art/loading/make.sh [build/ci/tools/pack/skav-pack]
 #
 # The scene is made for the shape in which it is shown, 410 by 256, and rendered straight into the square of the
 # texture.
@@ -13,7 +13,7 @@ set -eu
 
 here=$(cd "$(dirname "$0")" && pwd)
 root=$(cd "$here/../.." && pwd)
-pack=${1:-$root/build/release/tools/pack/skav-pack}
+pack=${1:-$root/build/ci/tools/pack/skav-pack}
 fonts=/usr/share/fonts/truetype/ttf-bitstream-vera
 
 command -v povray >/dev/null || { echo "make.sh: povray is missing: apt-get install povray" >&2; exit 1; }

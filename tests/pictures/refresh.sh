@@ -5,7 +5,7 @@ set -euo pipefail
 
 here=$(cd "$(dirname "$0")" && pwd)
 root=$(cd "$here/../.." && pwd)
-build=$(cd "${1:-$root/build/release}" && pwd)
+build=$(cd "${1:-$root/build/ci}" && pwd)
 
 exec "$build/tests/pictures/picture_tests" --refresh "$build/src/hosts/offscreen/skav-export" \
   "$root/data" "$here"
