@@ -1,0 +1,91 @@
+#!/usr/bin/env bash
+# Usage: bench/waiting_times.sh [NAME...]
+# How long a person waits for what the project offers, as a table: each figure from a fresh clone of this checkout's
+# last commit. The packages must be installed, and the machine idle. Without names everything is measured (about an
+# hour); the names are: checkout build picture video export test quick.
+set -euo pipefail
+cd -P "$(dirname "$(readlink -f "$0")")/.."
+
+work=$(mktemp -d)
+trap 'kill $(jobs -p) 2>/dev/null || true; rm -rf "$work"' EXIT
+export CCACHE_DISABLE=1
+unset DISPLAY CMAKE_CXX_COMPILER_LAUNCHER
+
+row() { printf '%-58s %12s  %s\n' "$@"; }
+clone() { git clone --quiet --no-hardlinks . "$work/$1"; }
+
+# Runs a command with its output in $work/log, and sets `seconds`, `cpu` (of it and its children, seconds) and `share`
+# (of all processors, per cent).
+measure() {
+    local times
+    TIMEFORMAT='%R %U %S'
+    times=$({ time "$@" >"$work/log" 2>&1 </dev/null; } 2>&1) || { cat "$work/log" >&2; return 1; }
+    read -r seconds cpu share < <(awk -v n="$(nproc)" '{printf "%.0f %.0f %.0f\n", $1, $2 + $3, ($2 + $3) / $1 / n * 100}' \
+        <<<"$times")
+}
+
+measure_checkout() {
+    clone checkout
+    row "checkout without .git" "$(du -sm --exclude=.git "$work/checkout" | cut -f1) MB" ""
+    row "history (.git)" "$(du -sm "$work/checkout/.git" | cut -f1) MB" ""
+}
+
+measure_build() {
+    clone build
+    cd "$work/build"
+    measure bash -c 'cmake --preset release && cmake --build --preset release --target skav'
+    row "building the show" "$seconds s" "$cpu s of processor"
+    measure bash -c 'cmake --build --preset release'
+    row "building the exporter besides" "$seconds s" "$cpu s of processor"
+    cd - >/dev/null
+}
+
+# From `git clone` to the first picture that differs from the empty screen.
+measure_picture() {
+    local display blank
+    exec {number}< <(exec Xvfb -displayfd 1 -screen 0 1280x1024x24 -nolisten tcp 2>/dev/null)
+    read -r display <&"$number"
+    screen() { ffmpeg -v error -f x11grab -video_size 1280x1024 -i ":$display" -frames:v 1 -f md5 - 2>/dev/null; }
+    blank=$(screen)
+    SECONDS=0
+    clone picture
+    (cd "$work/picture" && DISPLAY=:$display exec ./run --window </dev/null >"$work/log" 2>&1) &
+    while [ "$(screen)" = "$blank" ]; do sleep 0.5; done
+    row "git clone to the first picture (./run --window)" "$SECONDS s" ""
+    pkill -P $! || true
+    wait $! 2>/dev/null || true
+}
+
+measure_video() {
+    clone video
+    measure "$work/video/run"
+    row "./run without a display, build included" "$seconds s" "$share % of the processors"
+    rm "$work/video/skav.mp4"
+    measure "$work/video/run"
+    row "./run without a display, built before" "$seconds s" "$share % of the processors"
+}
+
+measure_export() {
+    clone export
+    cd "$work/export"
+    cmake --preset release >/dev/null && cmake --build --preset release >/dev/null
+    measure build/release/src/hosts/offscreen/skav-export --quiet --data data --language en -o "$work/show.mp4"
+    row "skav-export: the whole show at 60 frames a second" "$seconds s" "$cpu s of processor, $share % of all"
+    cd - >/dev/null
+}
+
+measure_test() {
+    clone test
+    measure "$work/test/test"
+    row "./test" "$seconds s" "$share % of the processors"
+}
+
+measure_quick() {
+    [ -d "$work/test" ] || { clone test; "$work/test/test" --quick >/dev/null 2>&1; }
+    measure "$work/test/test" --quick
+    row "./test --quick, built before" "$seconds s" "$share % of the processors"
+}
+
+[ $# != 0 ] || set -- checkout build picture video export test quick
+row figure value besides
+for name; do "measure_$name"; done
