@@ -5,8 +5,9 @@
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
 
-#include <cstring>
 #include <string>
+
+#include "hosts/common/gl_surface.h"
 
 namespace desktop {
 namespace {
@@ -47,13 +48,13 @@ Function look_up(const char* name) {
 
 } // namespace
 
-Extent window_size() {
+common::Extent window_size() {
     const CurrentWindow window;
     ::Window root = None;
     int x = 0, y = 0;
     unsigned width = 0, height = 0, border = 0, depth = 0;
     if (!XGetGeometry(window.display, window.id, &root, &x, &y, &width, &height, &border, &depth)) {
-        return kPicture;
+        return common::kPicture;
     }
     return {static_cast<int>(width), static_cast<int>(height)};
 }
@@ -90,7 +91,7 @@ void ask_for_full_screen() {
                SubstructureRedirectMask | SubstructureNotifyMask, &event);
 }
 
-void fix_window_size(Extent size) {
+void fix_window_size(common::Extent size) {
     const CurrentWindow window;
     XSizeHints hints = {};
     long supplied = 0;
@@ -105,13 +106,13 @@ void ask_for_vertical_sync() {
     const CurrentWindow window;
     const char* extensions = glXQueryExtensionsString(window.display, DefaultScreen(window.display));
     if (!extensions) return;
-    if (std::strstr(extensions, "GLX_EXT_swap_control")) {
+    if (common::lists_extension(extensions, "GLX_EXT_swap_control")) {
         const auto set = look_up<PFNGLXSWAPINTERVALEXTPROC>("glXSwapIntervalEXT");
         if (set) set(window.display, window.id, 1);
-    } else if (std::strstr(extensions, "GLX_MESA_swap_control")) {
+    } else if (common::lists_extension(extensions, "GLX_MESA_swap_control")) {
         const auto set = look_up<PFNGLXSWAPINTERVALMESAPROC>("glXSwapIntervalMESA");
         if (set) set(1);
-    } else if (std::strstr(extensions, "GLX_SGI_swap_control")) {
+    } else if (common::lists_extension(extensions, "GLX_SGI_swap_control")) {
         const auto set = look_up<PFNGLXSWAPINTERVALSGIPROC>("glXSwapIntervalSGI");
         if (set) set(1);
     }

@@ -1,13 +1,13 @@
 // The X side of GLUT's current window: what GLUT has no call for.
 #pragma once
 
-#include "hosts/desktop/display/geometry.h"
+#include "hosts/common/geometry.h"
 
 namespace desktop {
 
 // The window's size as the server has it now. GLUT's own idea of it is as old as the last event it read, and
 // it reads none during a long callback.
-Extent window_size();
+common::Extent window_size();
 
 // Whether the window manager has asked the window to close and GLUT has not read that yet. Takes the request.
 bool take_close_request();
@@ -20,7 +20,7 @@ void name_window_class(const char* name);
 void ask_for_full_screen();
 
 // Keeps the window manager from letting the window have any other size.
-void fix_window_size(Extent size);
+void fix_window_size(common::Extent size);
 
 // Asks for buffer swaps in step with the screen's refresh, where GLX lets one ask.
 void ask_for_vertical_sync();

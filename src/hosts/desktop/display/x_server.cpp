@@ -1,4 +1,4 @@
-#include "hosts/desktop/display/desktop.h"
+#include "hosts/desktop/display/x_server.h"
 
 #include <GL/glx.h>
 #include <X11/Xlib.h>
@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "hosts/desktop/display/message.h"
+#include "hosts/desktop/message.h"
 
 namespace desktop {
 namespace {
@@ -42,7 +42,7 @@ bool has_double_buffered_gl(Display* display) {
 
 } // namespace
 
-Display* connect_to_desktop() {
+Display* connect_to_x_server() {
     Display* display = XOpenDisplay(nullptr);
     if (!display) fail_without_display();
     XSetErrorHandler(pass_over);

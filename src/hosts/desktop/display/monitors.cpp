@@ -1,4 +1,4 @@
-#include "hosts/desktop/display/display_mode.h"
+#include "hosts/desktop/display/monitors.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,6 +7,9 @@
 
 namespace desktop {
 namespace {
+
+using common::Box;
+using common::Extent;
 
 struct FreeReply {
     void operator()(XRRScreenResources* reply) const { XRRFreeScreenResources(reply); }
@@ -59,7 +62,7 @@ RRMode find_mode(Display* display, RROutput output, Extent size, int rate) {
 
 } // namespace
 
-bool DisplayMode::Crtc::operator==(const Crtc& other) const {
+bool MonitorLayout::Crtc::operator==(const Crtc& other) const {
     const auto values = [](const Crtc& crtc) {
         return std::tie(crtc.id, crtc.mode, crtc.place.x, crtc.place.y, crtc.place.width, crtc.place.height,
                         crtc.rotation, crtc.outputs);
@@ -67,12 +70,12 @@ bool DisplayMode::Crtc::operator==(const Crtc& other) const {
     return values(*this) == values(other);
 }
 
-bool DisplayMode::operator==(const DisplayMode& other) const {
+bool MonitorLayout::operator==(const MonitorLayout& other) const {
     return root_.width == other.root_.width && root_.height == other.root_.height && crtcs_ == other.crtcs_;
 }
 
-DisplayMode DisplayMode::current(Display* display) {
-    DisplayMode result;
+MonitorLayout MonitorLayout::current(Display* display) {
+    MonitorLayout result;
     result.root_ = read_root_size(display);
     result.root_mm_ = {DisplayWidthMM(display, DefaultScreen(display)),
                        DisplayHeightMM(display, DefaultScreen(display))};
@@ -91,7 +94,7 @@ DisplayMode DisplayMode::current(Display* display) {
     return result;
 }
 
-const DisplayMode::Crtc* DisplayMode::main_crtc() const {
+const MonitorLayout::Crtc* MonitorLayout::main_crtc() const {
     const Crtc* first = nullptr;
     for (const Crtc& crtc : crtcs_) {
         if (crtc.mode == None || crtc.outputs.empty()) continue;
@@ -101,18 +104,18 @@ const DisplayMode::Crtc* DisplayMode::main_crtc() const {
     return first;
 }
 
-Box DisplayMode::main_monitor() const {
+Box MonitorLayout::main_monitor() const {
     const Crtc* crtc = main_crtc();
     return crtc ? crtc->place : Box{0, 0, root_.width, root_.height};
 }
 
-DisplayMode DisplayMode::with_main_monitor_in(Display* display, Extent size, int rate) const {
+MonitorLayout MonitorLayout::with_main_monitor_in(Display* display, Extent size, int rate) const {
     const Crtc* chosen = main_crtc();
     if (!chosen || !(chosen->rotation & (RR_Rotate_0 | RR_Rotate_180))) return *this;
     const RRMode mode = find_mode(display, chosen->outputs.front(), size, rate);
     if (mode == None) return *this;
 
-    DisplayMode result = *this;
+    MonitorLayout result = *this;
     result.root_ = {0, 0};
     for (Crtc& crtc : result.crtcs_) {
         if (crtc.id == chosen->id) {
@@ -128,8 +131,8 @@ DisplayMode DisplayMode::with_main_monitor_in(Display* display, Extent size, int
     return result;
 }
 
-void DisplayMode::apply(Display* display) const {
-    const DisplayMode before = current(display);
+void MonitorLayout::apply(Display* display) const {
+    const MonitorLayout before = current(display);
     if (before == *this || crtcs_.size() != before.crtcs_.size()) return;
     const Reply<XRRScreenResources> resources = read_resources(display);
     if (!resources) return;

@@ -1,13 +1,17 @@
-#include "hosts/desktop/display/options.h"
+#include "hosts/desktop/options.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
-#include "hosts/desktop/display/message.h"
+#include "hosts/desktop/message.h"
 
 namespace desktop {
 namespace {
+
+Options g_options;
 
 struct GlutOption {
     const char* name;
@@ -31,7 +35,7 @@ const GlutOption* find_glut_option(const std::string& argument) {
                 "\n"
                 "  --window        play in a window that can be resized and closed\n"
                 "  -display NAME   the X display to play on, instead of $DISPLAY\n"
-                "  --help          print this text\n"
+                "  -h, --help      print this text\n"
                 "\n"
                 "Without --window it plays full screen: in the 1024x768 mode at 60 Hz where the\n"
                 "screen has it, else scaled to the screen as it is.\n",
@@ -45,25 +49,26 @@ const GlutOption* find_glut_option(const std::string& argument) {
 
 } // namespace
 
-Options read_options(int argc, char** argv) {
-    Options options;
-    if (argc > 0) options.remaining.push_back(argv[0]);
+std::vector<char*> read_options(int argc, char** argv) {
+    std::vector<char*> remaining(argv, argv + std::min(argc, 1));
     for (int i = 1; i < argc; ++i) {
         const std::string argument = argv[i];
-        if (argument == "--help") print_usage_and_exit();
+        if (argument == "--help" || argument == "-h") print_usage_and_exit();
         if (argument == "--window") {
-            options.window = true;
+            g_options.window = true;
             continue;
         }
         const GlutOption* glut_option = find_glut_option(argument);
         if (!glut_option) refuse("unknown option '" + argument + "'");
-        options.remaining.push_back(argv[i]);
+        remaining.push_back(argv[i]);
         if (!glut_option->takes_value) continue;
         if (i + 1 == argc) refuse("option '" + argument + "' needs a value");
-        options.remaining.push_back(argv[++i]);
+        remaining.push_back(argv[++i]);
         if (argument == "-display") setenv("DISPLAY", argv[i], 1);
     }
-    return options;
+    return remaining;
 }
+
+const Options& options() { return g_options; }
 
 } // namespace desktop

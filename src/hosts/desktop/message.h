@@ -1,11 +1,11 @@
-// The one line that a user gets when the program cannot go on.
+// Lines on standard error for the user.
 #pragma once
 
 #include <string>
 
 namespace desktop {
 
-// "<program>: <text>" on standard error, in one write.
+// "<program>: <text>", in one write.
 void say(const std::string& text);
 
 // Says `text` and ends the process with `status`, running the exit handlers.

@@ -6,35 +6,35 @@
 
 #include <vector>
 
-#include "hosts/desktop/display/geometry.h"
+#include "hosts/common/geometry.h"
 
 namespace desktop {
 
-class DisplayMode {
+class MonitorLayout {
 public:
     // What is in force now. Where the server's RandR is older than 1.3 it holds no monitor.
-    static DisplayMode current(Display* display);
+    static MonitorLayout current(Display* display);
 
     // This with the main monitor, the primary one or else the first that is on, in a mode of the given size
     // and refresh rate (Hz, to the nearest integer). The other monitors keep their modes and places.
     // Unchanged where that monitor does not have the mode, or stands upright.
-    DisplayMode with_main_monitor_in(Display* display, Extent size, int rate) const;
+    MonitorLayout with_main_monitor_in(Display* display, common::Extent size, int rate) const;
 
     // Place of the main monitor on the root window, y downwards from the top; without one, the root window.
-    Box main_monitor() const;
+    common::Box main_monitor() const;
 
     // Puts this in force. Monitors that are as they should be are not touched. Returns when the server is
     // done.
     void apply(Display* display) const;
 
-    bool operator==(const DisplayMode& other) const;
-    bool operator!=(const DisplayMode& other) const { return !(*this == other); }
+    bool operator==(const MonitorLayout& other) const;
+    bool operator!=(const MonitorLayout& other) const { return !(*this == other); }
 
 private:
     struct Crtc {
         RRCrtc id;
-        RRMode mode; // None while it is off
-        Box place;   // on the root window, y downwards
+        RRMode mode;       // None while it is off
+        common::Box place; // on the root window, y downwards
         Rotation rotation;
         std::vector<RROutput> outputs;
 
@@ -43,8 +43,8 @@ private:
 
     const Crtc* main_crtc() const;
 
-    Extent root_ = {0, 0};    // pixels
-    Extent root_mm_ = {0, 0}; // millimetres; for the pixels' sake only, so never compared
+    common::Extent root_ = {0, 0};    // pixels
+    common::Extent root_mm_ = {0, 0}; // millimetres; for the pixels' sake only, so never compared
     RROutput primary_ = None;
     std::vector<Crtc> crtcs_;
 };

@@ -1,4 +1,4 @@
-#include "hosts/desktop/display/message.h"
+#include "hosts/desktop/message.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,0 +1,232 @@
+// The desktop host between the show and freeglut. The show calls GLUT by its own names and checks nothing; the linker's
+// --wrap (see CMakeLists.txt) leads the calls below here first, under the names __wrap_<call>, and freeglut's own stay
+// reachable as __real_<call>. Everything else of GLUT goes straight to freeglut.
+//
+// - glutInit: connects to the X server or says why that cannot be done; from then on signals end the show in order.
+// - glutEnterGameMode: enters the mode, or opens a window and the surface that stands for the screen.
+// - glutReshapeFunc: the show is told one size, 1024x768, once, whatever size its window takes later.
+// - glutDisplayFunc: around each frame: signals, and a picture that is still to be shown.
+// - glutIdleFunc: signals; frames while the window is hidden, which freeglut leaves out.
+// - glutSwapBuffers: presents the surface, and ends the process when that was asked for.
+#include <GL/freeglut.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+#include <thread>
+
+#include "hosts/common/gl_surface.h"
+#include "hosts/common/signals.h"
+#include "hosts/desktop/display/present.h"
+#include "hosts/desktop/display/screen_mode.h"
+#include "hosts/desktop/display/screensaver.h"
+#include "hosts/desktop/display/window.h"
+#include "hosts/desktop/display/x_server.h"
+#include "hosts/desktop/message.h"
+#include "hosts/desktop/options.h"
+
+namespace desktop {
+
+extern "C" {
+
+void __wrap_glutInit(int* argc, char** argv);
+int __wrap_glutEnterGameMode();
+void __wrap_glutReshapeFunc(void (*callback)(int width, int height));
+void __wrap_glutDisplayFunc(void (*callback)());
+void __wrap_glutIdleFunc(void (*callback)());
+void __wrap_glutSwapBuffers();
+
+void __real_glutInit(int* argc, char** argv);
+void __real_glutReshapeFunc(void (*callback)(int width, int height));
+void __real_glutDisplayFunc(void (*callback)());
+void __real_glutIdleFunc(void (*callback)());
+void __real_glutSwapBuffers();
+
+} // extern "C"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using common::Extent;
+using common::kPicture;
+
+Display* g_display = nullptr; // the host's own connection
+
+// What the show draws into; null where it draws to the window itself. It lives as long as GLUT's context, which ends
+// with the process.
+const common::GlSurface* g_surface = nullptr;
+constexpr Extent kSmallestLevel = {64, 48};
+
+// What the show has installed.
+void (*g_on_display)() = nullptr;
+void (*g_on_idle)() = nullptr;
+void (*g_on_reshape)(int width, int height) = nullptr;
+bool g_size_told = false;
+
+bool g_hidden = false; // nobody can see the window
+
+// A callback that swaps again and again is busy with something long and only keeps the screen alive: it must not wait
+// for the refresh every time, so most of its pictures are left out. The last one never is.
+constexpr std::chrono::milliseconds kBusyInterval(50);
+bool g_swapped_in_callback = false;
+bool g_picture_waits = false;
+Clock::time_point g_last_shown;
+
+void fail_for_glut(const char* format, va_list arguments) {
+    char text[512];
+    std::vsnprintf(text, sizeof text, format, arguments);
+    fail(1, std::string("no OpenGL window can be had: ") + text);
+}
+
+void ignore_warning(const char*, va_list) {}
+
+void end_if_signalled() {
+    if (const int number = common::noted_signal()) std::exit(128 + number);
+}
+
+void end_if_asked() {
+    end_if_signalled();
+    if (take_close_request()) std::exit(0);
+}
+
+// Whether a display list is being compiled, which would record the copy to the window instead of making it.
+bool is_compiling_list() {
+    GLint list = 0;
+    glGetIntegerv(GL_LIST_INDEX, &list);
+    return list != 0;
+}
+
+// Brings what has been drawn to the window, unless nobody can see it.
+void show_picture() {
+    g_picture_waits = g_surface && is_compiling_list();
+    if (g_hidden || g_picture_waits) return;
+    g_last_shown = Clock::now();
+    if (!g_surface) return __real_glutSwapBuffers();
+    draw_to_window(*g_surface, window_size());
+    __real_glutSwapBuffers();
+    g_surface->bind();
+}
+
+void tell_size_once() {
+    if (g_size_told) return;
+    g_size_told = true;
+    if (g_on_reshape) return g_on_reshape(kPicture.width, kPicture.height);
+    glViewport(0, 0, kPicture.width, kPicture.height); // as GLUT does for a program that does not ask
+}
+
+void on_reshape(int, int) { tell_size_once(); }
+
+void on_display() {
+    end_if_signalled();
+    tell_size_once();
+    g_swapped_in_callback = false;
+    if (g_on_display) g_on_display();
+    if (g_picture_waits) show_picture();
+}
+
+void on_idle() {
+    end_if_signalled();
+    if (g_on_idle) g_on_idle();
+    if (!g_hidden) return;
+    on_display();
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+}
+
+void on_window_status(int status) { g_hidden = status == GLUT_HIDDEN || status == GLUT_FULLY_COVERED; }
+
+// Opens GLUT's window and, where OpenGL has one to offer, the surface.
+void create_window(Extent size) {
+    glutInitWindowSize(size.width, size.height);
+    glutCreateWindow(program_invocation_short_name);
+    if (!common::has_framebuffer_objects()) return;
+    try {
+        g_surface = new common::GlSurface(kPicture, kSmallestLevel);
+    } catch (const std::runtime_error&) {
+        // The show then draws to the window itself.
+    }
+}
+
+// The size that glutGameModeString was given.
+Extent asked_mode_size() {
+    return {glutGameModeGet(GLUT_GAME_MODE_WIDTH), glutGameModeGet(GLUT_GAME_MODE_HEIGHT)};
+}
+
+// Opens a window of the picture's size. Without a surface the show's absolute places are the window's, which then has
+// to keep that size.
+void open_plain_window() {
+    create_window(kPicture);
+    if (!g_surface) fix_window_size(kPicture);
+}
+
+// Opens a window that covers the main monitor, with or without a window manager.
+void open_full_screen_window() {
+    const common::Box monitor = main_monitor(g_display);
+    glutInitWindowPosition(monitor.x, monitor.y);
+    create_window({monitor.width, monitor.height});
+    if (g_surface) {
+        ask_for_full_screen();
+    } else {
+        glutReshapeWindow(kPicture.width, kPicture.height);
+        fix_window_size(kPicture);
+    }
+}
+
+} // namespace
+
+extern "C" {
+
+void __wrap_glutInit(int* argc, char** argv) {
+    common::handle_signals();
+    g_display = connect_to_x_server();
+    glutInitErrorFunc(fail_for_glut);
+    glutInitWarningFunc(ignore_warning);
+    leave_mode_at_exit(); // after GLUT's own exit handler has taken the window away
+    __real_glutInit(argc, argv);
+}
+
+int __wrap_glutEnterGameMode() {
+    if (options().window) {
+        open_plain_window();
+    } else {
+        enter_mode(g_display, asked_mode_size(), glutGameModeGet(GLUT_GAME_MODE_REFRESH_RATE));
+        open_full_screen_window();
+    }
+    glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_EXIT);
+    glutSetCursor(GLUT_CURSOR_NONE);
+    name_window_class(program_invocation_short_name);
+    glutWindowStatusFunc(on_window_status);
+    __real_glutReshapeFunc(on_reshape);
+    ask_for_vertical_sync();
+    keep_screen_awake(g_display);
+    return glutGetWindow();
+}
+
+void __wrap_glutReshapeFunc(void (*callback)(int width, int height)) { g_on_reshape = callback; }
+
+void __wrap_glutDisplayFunc(void (*callback)()) {
+    g_on_display = callback;
+    __real_glutDisplayFunc(on_display);
+}
+
+void __wrap_glutIdleFunc(void (*callback)()) {
+    g_on_idle = callback;
+    __real_glutIdleFunc(on_idle);
+}
+
+void __wrap_glutSwapBuffers() {
+    end_if_asked();
+    const bool busy = g_swapped_in_callback;
+    g_swapped_in_callback = true;
+    if (busy && Clock::now() - g_last_shown < kBusyInterval) {
+        g_picture_waits = true;
+        return;
+    }
+    show_picture();
+}
+
+} // extern "C"
+
+} // namespace desktop
