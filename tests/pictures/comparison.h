@@ -5,7 +5,7 @@
 // colour, position or texture changes more.
 #pragma once
 
-#include "tests/whole/export/run_program.h"
+#include "tests/support/picture.h"
 
 // Pictures are compared at this fraction of 1024x768: 256x192.
 constexpr int kReduction = 4;

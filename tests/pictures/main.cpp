@@ -8,6 +8,7 @@
 
 #include "tests/pictures/comparison.h"
 #include "tests/pictures/moments.h"
+#include "tests/support/process.h"
 
 namespace fs = std::filesystem;
 
@@ -20,7 +21,7 @@ std::string file_stem(const std::string& time) {
 
 int refresh(const std::string& program, const std::string& data, const std::string& pictures) {
     TestFolder folder;
-    Start start;
+    Command start;
     start.arguments = {"/bin/bash", pictures + "/export_stills.sh", program,
                        data,        pictures + "/moments.txt",      folder / "stills"};
     const Finished finished = run_program(start);

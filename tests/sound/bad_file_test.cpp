@@ -5,10 +5,10 @@
 #include <fstream>
 
 #include "tests/sound/listener.h"
-#include "tests/sound/mp3_writer.h"
 #include "tests/sound/pulse_server.h"
-#include "tests/sound/scratch_folder.h"
 #include "tests/sound/test_music.h"
+#include "tests/support/files.h"
+#include "tests/support/mp3.h"
 
 namespace {
 
@@ -40,8 +40,8 @@ protected:
         return path_;
     }
 
-    ScratchFolder folder_;
-    std::string path_ = folder_.file("a.mp3");
+    TestFolder folder_;
+    std::string path_ = folder_ / "a.mp3";
     FMOD_SYSTEM* system_ = nullptr;
 };
 
@@ -68,7 +68,7 @@ TEST_F(BadFile, AFileCutWithinItsFirstFrameIsNoMusic) {
 TEST_F(BadFile, ATruncatedOnePlaysWhatThereIsAndStandsAtItsEnd) {
     write_mp3(path_, noise(2, 1));
     std::filesystem::resize_file(path_, std::filesystem::file_size(path_) / 4);
-    const auto frames = decode(path_).size() / 2;
+    const auto frames = read_mp3(path_).size() / 2;
     FMOD_CHANNEL* channel = play_sound(system_, open_sound(system_, path_));
     poll_for(channel, 1.5);
     EXPECT_EQ(poll(channel).position, frames * 1000 / 44100);

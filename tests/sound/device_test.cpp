@@ -7,11 +7,11 @@
 
 #include "hosts/desktop/sound/steady_time.h"
 #include "tests/sound/listener.h"
-#include "tests/sound/mp3_writer.h"
 #include "tests/sound/pulse_recorder.h"
 #include "tests/sound/pulse_server.h"
-#include "tests/sound/scratch_folder.h"
 #include "tests/sound/test_music.h"
+#include "tests/support/files.h"
+#include "tests/support/mp3.h"
 
 namespace {
 
@@ -22,8 +22,8 @@ protected:
         return path_;
     }
 
-    ScratchFolder folder_;
-    std::string path_ = folder_.file("a.mp3");
+    TestFolder folder_;
+    std::string path_ = folder_ / "a.mp3";
 };
 
 // Expects that the polls keep step with real time from the first one on, which may lie `late` ms behind.
@@ -117,7 +117,7 @@ class ExitTest : public DeviceTest {
 protected:
     void expect_quick_and_quiet_exit() {
         ::testing::FLAGS_gtest_death_test_style = "fast";
-        const std::string note = folder_.file("exit");
+        const std::string note = folder_ / "exit";
         EXPECT_EXIT(play_and_exit(make_file(5), note), ::testing::ExitedWithCode(0), ::testing::Eq(""));
         double exit_called = 0;
         std::ifstream(note) >> exit_called;

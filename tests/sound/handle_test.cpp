@@ -4,10 +4,10 @@
 #include <cstdint>
 
 #include "tests/sound/listener.h"
-#include "tests/sound/mp3_writer.h"
 #include "tests/sound/pulse_server.h"
-#include "tests/sound/scratch_folder.h"
 #include "tests/sound/test_music.h"
+#include "tests/support/files.h"
+#include "tests/support/mp3.h"
 
 namespace {
 
@@ -28,8 +28,8 @@ protected:
         EXPECT_EQ(FMOD_Channel_SetPosition(channel, 0, FMOD_TIMEUNIT_MS), result);
     }
 
-    ScratchFolder folder_;
-    std::string path_ = folder_.file("a.mp3");
+    TestFolder folder_;
+    std::string path_ = folder_ / "a.mp3";
 };
 
 template <typename T>

@@ -7,9 +7,9 @@
 #include <thread>
 
 #include "hosts/desktop/sound/mixer.h"
-#include "tests/sound/mp3_writer.h"
-#include "tests/sound/scratch_folder.h"
 #include "tests/sound/test_music.h"
+#include "tests/support/files.h"
+#include "tests/support/mp3.h"
 
 namespace {
 
@@ -21,9 +21,9 @@ constexpr std::size_t kTail = 1000; // frames after which music that broke off h
 class Mixing : public ::testing::Test {
 protected:
     std::unique_ptr<StreamedSound> open(const char* name, double seconds, std::uint32_t seed) {
-        const std::string path = folder_.file(name);
+        const std::string path = folder_ / name;
         write_mp3(path, noise(seconds, seed));
-        music_ = decode(path);
+        music_ = read_mp3(path);
         Mp3Error error = Mp3Error::none;
         return StreamedSound::open(path.c_str(), error);
     }
@@ -42,7 +42,7 @@ protected:
     float rendered(std::size_t device) const { return rendered_[2 * device]; }
     float music(std::size_t frame) const { return music_[2 * frame]; }
 
-    ScratchFolder folder_;
+    TestFolder folder_;
     std::vector<float> music_; // of the sound last opened
     std::vector<float> rendered_;
     Mixer mixer_;

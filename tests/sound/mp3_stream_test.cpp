@@ -6,9 +6,9 @@
 #include <fstream>
 
 #include "hosts/common/mp3_stream.h"
-#include "tests/sound/mp3_writer.h"
-#include "tests/sound/scratch_folder.h"
 #include "tests/sound/test_music.h"
+#include "tests/support/files.h"
+#include "tests/support/mp3.h"
 
 namespace {
 
@@ -16,8 +16,8 @@ class Mp3 : public ::testing::Test {
 protected:
     std::unique_ptr<Mp3Stream> open(const std::string& path) { return Mp3Stream::open(path.c_str(), error_); }
 
-    ScratchFolder folder_;
-    std::string path_ = folder_.file("a.mp3");
+    TestFolder folder_;
+    std::string path_ = folder_ / "a.mp3";
     Mp3Error error_ = Mp3Error::none;
 };
 
@@ -49,14 +49,14 @@ TEST_F(Mp3, HasExactlyTheFramesThatWereEncoded) {
         const std::vector<float> original = noise(seconds, 1);
         write_mp3(path_, original);
         EXPECT_EQ(open(path_)->length(), static_cast<std::int64_t>(original.size() / 2));
-        EXPECT_EQ(decode(path_).size(), original.size());
+        EXPECT_EQ(read_mp3(path_).size(), original.size());
     }
 }
 
 TEST_F(Mp3, BeginsWithTheFirstSampleOfTheMusic) {
     const std::vector<float> original = noise(2, 1);
     write_mp3(path_, original, {44100, 2, 320, true});
-    const std::vector<float> decoded = decode(path_);
+    const std::vector<float> decoded = read_mp3(path_);
     const double aligned = difference(original, decoded, 1000, 20000, 0);
     EXPECT_LT(aligned, 0.1);
     EXPECT_GT(difference(original, decoded, 1000, 20000, 1), 2 * aligned);
@@ -66,7 +66,7 @@ TEST_F(Mp3, BeginsWithTheFirstSampleOfTheMusic) {
 TEST_F(Mp3, SeeksToTheSample) {
     for (int bit_rate : {64, 320}) {
         write_mp3(path_, noise(8, 1), {44100, 2, bit_rate, true});
-        const std::vector<float> whole = decode(path_);
+        const std::vector<float> whole = read_mp3(path_);
         const auto stream = open(path_);
         std::vector<float> piece(2 * 2000);
         for (std::int64_t frame : {0, 1, 47, 1151, 1152, 44100, 123457, 300000, 5, 350000}) {
@@ -91,7 +91,7 @@ TEST_F(Mp3, HasNothingToReadAtTheEnd) {
 
 TEST_F(Mp3, ReadsTheSameInPiecesOfAnySize) {
     write_mp3(path_, noise(2, 1));
-    const std::vector<float> whole = decode(path_);
+    const std::vector<float> whole = read_mp3(path_);
     const auto stream = open(path_);
     std::vector<float> pieces(whole.size());
     std::size_t at = 0;
@@ -104,7 +104,7 @@ TEST_F(Mp3, PlaysOtherRatesAndMonoAtTheRightPitchAndLength) {
     for (int rate : {48000, 32000, 24000, 22050, 44100})
         for (int channels : {1, 2}) {
             write_mp3(path_, sine(2, 440, rate, channels), {rate, channels, 64 * channels, true});
-            const std::vector<float> decoded = decode(path_);
+            const std::vector<float> decoded = read_mp3(path_);
             EXPECT_NEAR(static_cast<double>(decoded.size() / 2), 2 * 44100, 1) << rate;
             EXPECT_NEAR(frequency(decoded), 440, 0.05) << rate << ' ' << channels;
             double unlike = 0; // at the right place, on both sides
@@ -120,7 +120,7 @@ TEST_F(Mp3, PlaysOtherRatesAndMonoAtTheRightPitchAndLength) {
 TEST_F(Mp3, SeeksToTheSampleAtOtherRates) {
     for (int rate : {48000, 32000, 22050}) {
         write_mp3(path_, sine(4, 440, rate, 1), {rate, 1, 64, true});
-        const std::vector<float> whole = decode(path_);
+        const std::vector<float> whole = read_mp3(path_);
         const auto stream = open(path_);
         std::vector<float> piece(2 * 2000);
         for (std::int64_t frame : {0, 1, 1000, 44100, 123457, 77, 170000}) {
@@ -135,12 +135,12 @@ TEST_F(Mp3, SeeksToTheSampleAtOtherRates) {
 
 TEST_F(Mp3, CountsWhatIsThereOfATruncatedFile) {
     write_mp3(path_, noise(4, 1));
-    const std::vector<float> whole = decode(path_);
+    const std::vector<float> whole = read_mp3(path_);
     std::filesystem::resize_file(path_, std::filesystem::file_size(path_) / 2);
     const auto stream = open(path_);
     ASSERT_TRUE(stream);
     EXPECT_NEAR(static_cast<double>(stream->length()), 2 * 44100, 3000);
-    const std::vector<float> part = decode(path_);
+    const std::vector<float> part = read_mp3(path_);
     EXPECT_EQ(part.size() / 2, static_cast<std::size_t>(stream->length()));
     for (std::size_t i = 0; i + 2 * 1152 < part.size(); ++i) ASSERT_EQ(part[i], whole[i]) << i;
 }
@@ -150,24 +150,24 @@ TEST_F(Mp3, ReadsAFileWithoutItsLength) {
     const auto stream = open(path_);
     ASSERT_TRUE(stream);
     EXPECT_GE(stream->length(), 3 * 44100);
-    EXPECT_EQ(decode(path_).size() / 2, static_cast<std::size_t>(stream->length()));
+    EXPECT_EQ(read_mp3(path_).size() / 2, static_cast<std::size_t>(stream->length()));
 }
 
 TEST_F(Mp3, SkipsAnId3Tag) {
     write_mp3(path_, noise(1, 1));
-    const std::vector<float> plain = decode(path_);
+    const std::vector<float> plain = read_mp3(path_);
     std::ifstream in(path_, std::ios::binary);
     const std::string music((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     std::string tag("ID3\3\0\0\0\0\2\0", 10); // 256 bytes of padding follow
     tag.append(256, '\0');
     std::ofstream(path_, std::ios::binary) << tag << music;
-    EXPECT_EQ(decode(path_), plain);
+    EXPECT_EQ(read_mp3(path_), plain);
 }
 
 TEST_F(Mp3, SaysWhyAFileCannotBeOpened) {
-    EXPECT_FALSE(open(folder_.file("missing.mp3")));
+    EXPECT_FALSE(open(folder_ / "missing.mp3"));
     EXPECT_EQ(error_, Mp3Error::not_found);
-    EXPECT_FALSE(open(folder_.file("missing/a.mp3")));
+    EXPECT_FALSE(open(folder_ / "missing/a.mp3"));
     EXPECT_EQ(error_, Mp3Error::not_found);
     EXPECT_FALSE(open(folder_.path()));
     EXPECT_EQ(error_, Mp3Error::unreadable);

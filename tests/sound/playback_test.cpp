@@ -8,18 +8,18 @@
 
 #include "hosts/desktop/sound/steady_time.h"
 #include "tests/sound/listener.h"
-#include "tests/sound/mp3_writer.h"
 #include "tests/sound/pulse_recorder.h"
 #include "tests/sound/pulse_server.h"
-#include "tests/sound/scratch_folder.h"
 #include "tests/sound/test_music.h"
+#include "tests/support/files.h"
+#include "tests/support/mp3.h"
 
 namespace {
 
 class Playback : public ::testing::Test {
 protected:
     std::string make_file(const char* name, double seconds, std::uint32_t seed) {
-        const std::string path = folder_.file(name);
+        const std::string path = folder_ / name;
         write_mp3(path, noise(seconds, seed));
         return path;
     }
@@ -42,7 +42,7 @@ protected:
         return 0;
     }
 
-    ScratchFolder folder_;
+    TestFolder folder_;
     PulseServer server_;
     PulseRecorder recorder_;
 };
@@ -53,7 +53,7 @@ TEST_F(Playback, PositionFollowsWhatIsAudible) {
     FMOD_CHANNEL* channel = play_sound(system, open_sound(system, path));
     const std::vector<Poll> polls = poll_for(channel, 8);
     end_recording(channel);
-    expect_polls_follow(recorder_, decode(path), polls);
+    expect_polls_follow(recorder_, read_mp3(path), polls);
 }
 
 TEST_F(Playback, PositionFollowsHoweverRarelyItIsPolled) {
@@ -66,7 +66,7 @@ TEST_F(Playback, PositionFollowsHoweverRarelyItIsPolled) {
         polls.insert(polls.end(), more.begin(), more.end());
     }
     end_recording(channel);
-    expect_polls_follow(recorder_, decode(path), polls);
+    expect_polls_follow(recorder_, read_mp3(path), polls);
 }
 
 TEST_F(Playback, AnotherSoundIsHeardWithinSixtyMillisecondsAndItsPositionStartsAtZero) {
@@ -83,11 +83,11 @@ TEST_F(Playback, AnotherSoundIsHeardWithinSixtyMillisecondsAndItsPositionStartsA
     end_recording(channel);
 
     EXPECT_EQ(after.front().position, 0u);
-    const double heard = first_heard(decode(second), call);
+    const double heard = first_heard(read_mp3(second), call);
     ASSERT_GT(heard, 0);
     EXPECT_LT(heard - call, 0.060);
-    expect_polls_follow(recorder_, decode(first), before);
-    expect_polls_follow(recorder_, decode(second), after);
+    expect_polls_follow(recorder_, read_mp3(first), before);
+    expect_polls_follow(recorder_, read_mp3(second), after);
 }
 
 TEST_F(Playback, ReleasingTheSoundStopsItAtOnce) {
@@ -123,8 +123,8 @@ TEST_F(Playback, GoesOnFromThePositionThatIsSet) {
     EXPECT_EQ(FMOD_Channel_SetPosition(channel, 20000, FMOD_TIMEUNIT_MS), FMOD_OK);
     EXPECT_EQ(poll(channel).position, 20000u);
     end_recording(channel);
-    expect_polls_follow(recorder_, decode(path), forward);
-    expect_polls_follow(recorder_, decode(path), back);
+    expect_polls_follow(recorder_, read_mp3(path), forward);
+    expect_polls_follow(recorder_, read_mp3(path), back);
 }
 
 TEST_F(Playback, StandsAtTheLengthAfterTheEndAndCanBePlayedAgain) {
@@ -138,18 +138,18 @@ TEST_F(Playback, StandsAtTheLengthAfterTheEndAndCanBePlayedAgain) {
     const std::vector<Poll> polls = poll_for(channel, 1);
     EXPECT_EQ(polls.front().position, 0u);
     end_recording(channel);
-    expect_polls_follow(recorder_, decode(path), polls);
+    expect_polls_follow(recorder_, read_mp3(path), polls);
 }
 
 TEST_F(Playback, FollowsAFileOfAnotherRate) {
-    const std::string path = folder_.file("a.mp3");
+    const std::string path = folder_ / "a.mp3";
     std::vector<float> mono = noise(3, 1); // both sides one after the other: 6 s of one side
     write_mp3(path, mono, {48000, 1, 128, true});
     FMOD_SYSTEM* system = start_system();
     FMOD_CHANNEL* channel = play_sound(system, open_sound(system, path));
     const std::vector<Poll> polls = poll_for(channel, 3);
     end_recording(channel);
-    expect_polls_follow(recorder_, decode(path), polls);
+    expect_polls_follow(recorder_, read_mp3(path), polls);
 }
 
 } // namespace

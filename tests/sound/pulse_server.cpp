@@ -33,21 +33,21 @@ bool answers(const std::string& socket_path) {
 
 } // namespace
 
-void hide_sound_devices(const ScratchFolder& folder) {
+void hide_sound_devices(const TestFolder& folder) {
     const std::string& path = folder.path();
     for (const char* name : {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "PULSE_RUNTIME_PATH",
                              "PULSE_STATE_PATH", "PULSE_CONFIG_PATH"})
         setenv(name, path.c_str(), 1);
-    setenv("PULSE_COOKIE", folder.file("cookie").c_str(), 1);
-    setenv("PULSE_SERVER", ("unix:" + folder.file("server")).c_str(), 1);
-    setenv("ALSA_CONFIG_PATH", folder.file("no-alsa").c_str(), 1);
+    setenv("PULSE_COOKIE", (folder / "cookie").c_str(), 1);
+    setenv("PULSE_SERVER", ("unix:" + (folder / "server")).c_str(), 1);
+    setenv("ALSA_CONFIG_PATH", (folder / "no-alsa").c_str(), 1);
     setenv("JACK_NO_START_SERVER", "1", 1);
     unsetenv("DISPLAY"); // a desktop's sound server is announced there too
 }
 
 PulseServer::PulseServer() {
     hide_sound_devices(folder_);
-    const std::string socket_path = folder_.file("server");
+    const std::string socket_path = folder_ / "server";
     const std::string protocol =
         "module-native-protocol-unix socket=" + socket_path + " auth-anonymous=1 auth-cookie-enabled=0";
 

@@ -4,7 +4,7 @@
 
 #include <sys/types.h>
 
-#include "tests/sound/scratch_folder.h"
+#include "tests/support/files.h"
 
 class PulseServer {
 public:
@@ -21,9 +21,9 @@ public:
     void freeze();
 
 private:
-    ScratchFolder folder_;
+    TestFolder folder_;
     pid_t process_ = -1;
 };
 
 // Points this process to a folder in which no sound server, no sound card and no user's settings are found.
-void hide_sound_devices(const ScratchFolder& folder);
+void hide_sound_devices(const TestFolder& folder);

@@ -4,9 +4,9 @@
 #include <thread>
 
 #include "hosts/desktop/sound/streamed_sound.h"
-#include "tests/sound/mp3_writer.h"
-#include "tests/sound/scratch_folder.h"
 #include "tests/sound/test_music.h"
+#include "tests/support/files.h"
+#include "tests/support/mp3.h"
 
 namespace {
 
@@ -16,7 +16,7 @@ class Streamed : public ::testing::Test {
 protected:
     Streamed() {
         write_mp3(path_, noise(4, 1));
-        music_ = decode(path_);
+        music_ = read_mp3(path_);
         Mp3Error error = Mp3Error::none;
         sound_ = StreamedSound::open(path_.c_str(), error);
     }
@@ -40,8 +40,8 @@ protected:
         return {begin, begin + static_cast<std::ptrdiff_t>(2 * frames)};
     }
 
-    ScratchFolder folder_;
-    std::string path_ = folder_.file("a.mp3");
+    TestFolder folder_;
+    std::string path_ = folder_ / "a.mp3";
     std::vector<float> music_;
     std::unique_ptr<StreamedSound> sound_;
 };

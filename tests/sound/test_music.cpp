@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
-#include <stdexcept>
 
-#include "hosts/common/mp3_stream.h"
+#include "hosts/common/sound_format.h"
 
 std::vector<float> noise(double seconds, std::uint32_t seed) {
     std::mt19937 random(seed);
@@ -31,15 +30,6 @@ std::vector<float> sine(double seconds, double hertz, int rate, int channels) {
         for (int channel = 0; channel < channels; ++channel)
             samples.push_back(static_cast<float>(0.5 * std::sin(phase)));
     }
-    return samples;
-}
-
-std::vector<float> decode(const std::string& path) {
-    Mp3Error error = Mp3Error::none;
-    const std::unique_ptr<Mp3Stream> stream = Mp3Stream::open(path.c_str(), error);
-    if (!stream) throw std::runtime_error("cannot decode " + path);
-    std::vector<float> samples(2 * static_cast<std::size_t>(stream->length()));
-    samples.resize(2 * stream->read(samples.data(), samples.size() / 2));
     return samples;
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <vector>
 
 // `seconds` of stereo noise at 44.1 kHz, a different one per `seed`. No piece of it repeats.
@@ -10,9 +9,6 @@ std::vector<float> noise(double seconds, std::uint32_t seed);
 
 // A sine of `hertz` on `channels` channels at `rate`.
 std::vector<float> sine(double seconds, double hertz, int rate, int channels);
-
-// Everything that the MP3 file at `path` decodes to, stereo at 44.1 kHz.
-std::vector<float> decode(const std::string& path);
 
 // The frame in [from, to] of `music` at which `count` frames of `piece`, both stereo, fit best, or -1 if they
 // fit nowhere: louder than a hundredth of full scale apart on average.

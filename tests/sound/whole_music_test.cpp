@@ -5,6 +5,7 @@
 #include "tests/sound/pulse_recorder.h"
 #include "tests/sound/pulse_server.h"
 #include "tests/sound/test_music.h"
+#include "tests/support/mp3.h"
 
 namespace {
 
@@ -29,8 +30,8 @@ TEST(WholeMusic, PositionFollowsWhatIsAudibleFromTheStartToTheEndOfTheShow) {
     poll_for(channel, 0.3, 0.01);
     recorder.stop();
 
-    expect_polls_follow(recorder, decode(first), before);
-    expect_polls_follow(recorder, decode(second), after);
+    expect_polls_follow(recorder, read_mp3(first), before);
+    expect_polls_follow(recorder, read_mp3(second), after);
 }
 
 } // namespace

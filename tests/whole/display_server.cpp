@@ -46,11 +46,11 @@ std::unique_ptr<DisplayServer> DisplayServer::virtual_screen(int width, int heig
 
 std::unique_ptr<DisplayServer> DisplayServer::with_modes() {
     std::unique_ptr<DisplayServer> server(new DisplayServer);
-    const std::filesystem::path& directory = server->directory_.path();
-    std::ofstream(directory / "xorg.conf") << kXorgConfiguration;
+    const TestFolder& folder = server->folder_;
+    std::ofstream(folder / "xorg.conf") << kXorgConfiguration;
     const bool started =
-        server->start({"Xorg", "-displayfd", "1", "-config", directory / "xorg.conf", "-logfile",
-                       directory / "xorg.log", "-noreset", "-nolisten", "tcp", "-novtswitch", "-sharevts"});
+        server->start({"Xorg", "-displayfd", "1", "-config", folder / "xorg.conf", "-logfile",
+                       folder / "xorg.log", "-noreset", "-nolisten", "tcp", "-novtswitch", "-sharevts"});
     return started ? std::move(server) : nullptr;
 }
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/whole/process.h"
+#include "tests/support/process.h"
 
 class DisplayServer {
 public:
@@ -27,7 +27,7 @@ private:
     DisplayServer() = default;
     bool start(std::vector<std::string> words);
 
-    TemporaryDirectory directory_;
+    TestFolder folder_;
     std::unique_ptr<Process> process_;
     std::string name_;
 };

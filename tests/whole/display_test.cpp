@@ -9,7 +9,7 @@
 Command test_show(const DisplayServer& server, const std::string& task,
                   const std::vector<std::string>& arguments) {
     Command command{{TEST_SHOW_PROGRAM}, {{"DISPLAY", server.name()}, {"TEST_SHOW", task}}};
-    command.words.insert(command.words.end(), arguments.begin(), arguments.end());
+    command.arguments.insert(command.arguments.end(), arguments.begin(), arguments.end());
     return command;
 }
 

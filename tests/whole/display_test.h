@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
+#include "tests/support/process.h"
 #include "tests/whole/display_server.h"
-#include "tests/whole/process.h"
 #include "tests/whole/viewer.h"
 
 // The test show (test_show.cpp) on a server, doing `task`.

@@ -1,4 +1,6 @@
 // Where and how the picture stands on screens that have no 1024x768 mode.
+#include <filesystem>
+
 #include "tests/whole/display_test.h"
 
 namespace {
@@ -25,8 +27,8 @@ TEST_P(Scaling, FitsThePictureIntoTheScreenWithBlackAroundIt) {
 TEST_P(Scaling, ShowsTheWholeShowInTheSamePlace) {
     const auto server = DisplayServer::virtual_screen(GetParam().width, GetParam().height);
     const Viewer screen(server->name());
-    TemporaryDirectory directory;
-    const std::filesystem::path started = directory.path() / "started";
+    TestFolder folder;
+    const std::string started = folder / "started";
     Command command = show_at(*server, 40000);
     command.environment["TEST_CLOCK_STARTED"] = started;
     Process show(command);

@@ -28,7 +28,7 @@ class SessionBus {
 public:
     SessionBus()
         : daemon_(Command{{"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",
-                           "--address=unix:dir=" + directory_.path().string()}}) {
+                           "--address=unix:dir=" + folder_.path()}}) {
         eventually([this] { return count_lines(daemon_.output()) == 1 || !daemon_.running(); });
         address_ = daemon_.output();
         if (!address_.empty()) address_.pop_back();
@@ -75,7 +75,7 @@ private:
         dbus_message_unref(message);
     }
 
-    TemporaryDirectory directory_;
+    TestFolder folder_;
     Process daemon_;
     std::string address_;
     DBusConnection* connection_ = nullptr;
@@ -107,10 +107,10 @@ public:
     SilentSocket& operator=(const SilentSocket&) = delete;
 
     bool usable() const { return usable_; }
-    std::string path() const { return directory_.path() / "bus"; }
+    std::string path() const { return folder_ / "bus"; }
 
 private:
-    TemporaryDirectory directory_;
+    TestFolder folder_;
     int descriptor_;
     bool usable_;
 };

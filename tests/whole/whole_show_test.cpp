@@ -5,8 +5,8 @@
 #include <fstream>
 #include <vector>
 
+#include "tests/support/process.h"
 #include "tests/whole/display_server.h"
-#include "tests/whole/process.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ struct Play {
     std::vector<Frame> frames;
 };
 
-std::vector<Play> read_log(const std::filesystem::path& path) {
+std::vector<Play> read_log(const std::string& path) {
     std::vector<Play> plays;
     std::ifstream log(path);
     std::string kind;
@@ -60,13 +60,12 @@ void expect_ends_at(const Play& play, unsigned position) {
 TEST(WholeShow, PlaysFromThePromptToItsEnd) {
     const auto server = DisplayServer::virtual_screen(1024, 768);
     ASSERT_TRUE(server);
-    const TemporaryDirectory folder;
-    const auto log = folder.path() / "frames";
-    Process show({{"sh", "-c", "echo e | \"$0\"", SKAV_LOGGED_PROGRAM},
-                  {{"DISPLAY", server->name()},
-                   {"FRAME_LOG", log.string()},
-                   {"PULSE_SERVER", "unix:" + (folder.path() / "nobody").string()}},
-                  DATA_DIRECTORY});
+    const TestFolder folder;
+    const auto log = folder / "frames";
+    Process show(
+        {{"sh", "-c", "echo e | \"$0\"", SKAV_LOGGED_PROGRAM},
+         {{"DISPLAY", server->name()}, {"FRAME_LOG", log}, {"PULSE_SERVER", "unix:" + (folder / "nobody")}},
+         DATA_DIRECTORY});
     EXPECT_EQ(show.wait(std::chrono::seconds(600)), 0);
     EXPECT_EQ(show.output(), "German or English Text [G/e]?: English screen text...\n\n");
     EXPECT_EQ(show.errors(), "");

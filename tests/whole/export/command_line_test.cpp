@@ -28,7 +28,7 @@ void link_data(const TestFolder& folder) {
 }
 
 TEST(CommandLine, HelpSaysItAllAndDoesNothing) {
-    const Finished finished = run_program({{SKAV_EXPORT, "--help"}, "", "", {}, {}, {}});
+    const Finished finished = run_program({{SKAV_EXPORT, "--help"}});
     EXPECT_EQ(finished.status, 0);
     EXPECT_NE(finished.out.find("--supersample"), std::string::npos);
     EXPECT_EQ(finished.err, "");
@@ -64,7 +64,7 @@ TEST(CommandLine, AMissingDataFileIsNamed) {
     link_data(folder);
     for (const char* file : {"Arial", "Vera.ttf", "zev_voc.mp3", "zev.mp3"}) {
         fs::remove(folder / file);
-        Start start = export_show({"--still", "0", "-o", folder / "a.png"});
+        Command start = export_show({"--still", "0", "-o", folder / "a.png"});
         start.arguments[2] = folder.path();
         expect_one_line(run_program(start), 1, file);
     }
@@ -75,7 +75,7 @@ TEST(CommandLine, MusicThatIsNoMusicIsNamed) {
     link_data(folder);
     fs::remove(folder / "zev.mp3");
     std::ofstream(folder / "zev.mp3") << "all these words are no notes\n";
-    Start start = export_show({"--still", "0", "-o", folder / "a.png"});
+    Command start = export_show({"--still", "0", "-o", folder / "a.png"});
     start.arguments[2] = folder.path();
     expect_one_line(run_program(start), 1, "zev.mp3 is not an MP3 file");
 }
@@ -85,7 +85,7 @@ TEST(CommandLine, TheDataIsFoundHereOrInTheFolderData) {
     link_data(here);
     fs::create_directory_symlink(fs::absolute(SKAV_DATA), above / "data");
     for (const TestFolder* folder : {&here, &above}) {
-        Start start = export_show({"-q", "--still", "loading", "-o", output / "a.png"});
+        Command start = export_show({"-q", "--still", "loading", "-o", output / "a.png"});
         start.arguments.erase(start.arguments.begin() + 1, start.arguments.begin() + 3);
         start.folder = folder->path();
         EXPECT_EQ(run_program(start).status, 0);
@@ -96,7 +96,7 @@ TEST(CommandLine, TheDataIsFoundHereOrInTheFolderData) {
 
 TEST(CommandLine, APathIsMeantFromWhereTheProgramWasStarted) {
     TestFolder folder;
-    Start start = export_show({"-q", "--still", "loading", "-o", "a.png"});
+    Command start = export_show({"-q", "--still", "loading", "-o", "a.png"});
     start.folder = folder.path();
     EXPECT_EQ(run_program(start).status, 0);
     EXPECT_EQ(folder.names(), std::vector<std::string>{"a.png"});
@@ -104,7 +104,7 @@ TEST(CommandLine, APathIsMeantFromWhereTheProgramWasStarted) {
 
 TEST(CommandLine, TheShowAsksWhereNoLanguageIsGiven) {
     TestFolder folder;
-    Start start = export_show({"-q", "--still", "68", "--fps", "2", "-o", folder / "asked.png"});
+    Command start = export_show({"-q", "--still", "68", "--fps", "2", "-o", folder / "asked.png"});
     start.arguments.erase(start.arguments.begin() + 3, start.arguments.begin() + 5);
     start.input = "e\n";
     const Finished asked = run_program(start);
@@ -114,7 +114,7 @@ TEST(CommandLine, TheShowAsksWhereNoLanguageIsGiven) {
         run_program(export_show({"-q", "--still", "68", "--fps", "2", "-o", folder / "en.png"}));
     EXPECT_EQ(told.out, "");
     EXPECT_EQ(file_bytes(folder / "asked.png"), file_bytes(folder / "en.png"));
-    Start german = export_show({"-q", "--still", "68", "--fps", "2", "-o", folder / "de.png"});
+    Command german = export_show({"-q", "--still", "68", "--fps", "2", "-o", folder / "de.png"});
     german.arguments[4] = "de";
     EXPECT_EQ(run_program(german).status, 0);
     EXPECT_NE(file_bytes(folder / "de.png"), file_bytes(folder / "en.png"));
@@ -141,7 +141,7 @@ TEST(CommandLine, ProgressIsPlainLinesWhereThereIsNoTerminal) {
 
 TEST(CommandLine, ProgressIsABarOnATerminal) {
     TestFolder folder;
-    Start start;
+    Command start;
     start.arguments = {"/usr/bin/script", "-qec",
                        std::string(SKAV_EXPORT) + " --data " + SKAV_DATA +
                            " --language en --fps 10 --from 9.5 --to 11 --frames " + (folder / "frames"),
@@ -154,7 +154,7 @@ TEST(CommandLine, ProgressIsABarOnATerminal) {
 }
 
 TEST(CommandLine, FramesForAProgramAreNotSentToATerminal) {
-    Start start;
+    Command start;
     start.arguments = {"/usr/bin/script", "-qec",
                        std::string(SKAV_EXPORT) + " --data " + SKAV_DATA + " --language en -o -",
                        "/dev/null"};
@@ -165,14 +165,8 @@ TEST(CommandLine, FramesForAProgramAreNotSentToATerminal) {
 
 TEST(CommandLine, AStopBeforeTheFirstPictureLeavesNothing) {
     TestFolder folder;
-    Start start = export_show({"--fps", "60", "--from", "160", "-o", folder / "a.mp4"});
-    bool sent = false;
-    start.on_error = [&](int pid, const std::string& piece) {
-        if (sent || piece.find('%') == std::string::npos) return;
-        kill(pid, SIGTERM);
-        sent = true;
-    };
-    const Finished finished = run_program(start);
+    Command start = export_show({"--fps", "60", "--from", "160", "-o", folder / "a.mp4"});
+    const Finished finished = stop_at_work(start, SIGTERM);
     EXPECT_EQ(finished.status, 128 + SIGTERM);
     EXPECT_NE(finished.err.find("before the first picture; nothing was kept"), std::string::npos)
         << finished.err;
@@ -181,7 +175,7 @@ TEST(CommandLine, AStopBeforeTheFirstPictureLeavesNothing) {
 
 TEST(CommandLine, WithoutEglOneLineSaysWhatToInstall) {
     TestFolder folder;
-    Start start = export_show({"-q", "--still", "0", "-o", folder / "a.png"});
+    Command start = export_show({"-q", "--still", "0", "-o", folder / "a.png"});
     // No vendor's EGL is found in an empty folder.
     start.environment["__EGL_VENDOR_LIBRARY_DIRS"] = folder.path();
     expect_one_line(run_program(start), 1, "libegl-mesa0");
@@ -189,7 +183,7 @@ TEST(CommandLine, WithoutEglOneLineSaysWhatToInstall) {
 
 TEST(CommandLine, AFullDiskLeavesNoFileAndSaysSo) {
     TestFolder folder;
-    Start start;
+    Command start;
     // A file may grow to 40 blocks of 1024 bytes; SIGXFSZ is ignored, so that writing fails as on a full
     // disk.
     start.arguments = {"/bin/bash", "-c",        "trap '' XFSZ; ulimit -f 40; exec \"$@\"",

@@ -2,6 +2,7 @@
 // shows.
 #include <gtest/gtest.h>
 
+#include "tests/support/picture.h"
 #include "tests/whole/export/programs.h"
 
 namespace {

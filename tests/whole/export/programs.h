@@ -1,23 +1,34 @@
 // The programs under test, ready to be started.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
-#include "tests/whole/export/run_program.h"
+#include "tests/support/process.h"
 
 // skav-export with the project's data, in English, unless `arguments` say otherwise.
-inline Start export_show(std::vector<std::string> arguments) {
-    Start start;
+inline Command export_show(std::vector<std::string> arguments) {
+    Command start;
     start.arguments = {SKAV_EXPORT, "--data", SKAV_DATA, "--language", "en"};
     start.arguments.insert(start.arguments.end(), arguments.begin(), arguments.end());
     return start;
 }
 
 // The same host under the probe show (probe_show.cpp).
-inline Start export_probe(const std::string& probe, std::vector<std::string> arguments) {
-    Start start = export_show(std::move(arguments));
+inline Command export_probe(const std::string& probe, std::vector<std::string> arguments) {
+    Command start = export_show(std::move(arguments));
     start.arguments[0] = SKAV_PROBE_EXPORT;
     start.environment["PROBE"] = probe;
     return start;
+}
+
+// Starts a program and sends it a signal once it has reported progress.
+inline Finished stop_at_work(const Command& start, int signal_number) {
+    Process process(start);
+    EXPECT_TRUE(eventually([&] { return process.errors().find('%') != std::string::npos; }));
+    process.send(signal_number);
+    const std::optional<int> status = process.wait();
+    return {status.value_or(-1), process.output(), process.errors()};
 }

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdlib>
 
+#include "tests/support/picture.h"
 #include "tests/whole/export/programs.h"
 
 namespace {

@@ -1,6 +1,7 @@
 // Ranges and stills of the show itself against a run in which every frame is drawn.
 #include <gtest/gtest.h>
 
+#include "tests/support/picture.h"
 #include "tests/whole/export/programs.h"
 
 namespace {

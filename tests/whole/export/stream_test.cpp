@@ -3,6 +3,7 @@
 #include <csignal>
 #include <filesystem>
 
+#include "tests/support/picture.h"
 #include "tests/whole/export/programs.h"
 
 namespace {
@@ -19,7 +20,7 @@ TEST(Stream, Y4mTellsItsSizeRateAndRangeAndHoldsEveryFrame) {
 }
 
 TEST(Stream, TheQuestionGoesToStandardError) {
-    Start start =
+    Command start =
         export_probe("leftovers", {"-q", "--fps", "10", "--to", "0.1", "-o", "-", "--format", "rgb"});
     start.arguments.erase(start.arguments.begin() + 3, start.arguments.begin() + 5); // no --language
     start.input = "x";
@@ -37,7 +38,7 @@ TEST(Stream, AnAnswerGivenBeforehandIsFedAndTheQuestionKeptToItself) {
 }
 
 TEST(Stream, AReaderThatGoesAwayIsToldInOneLine) {
-    Start start;
+    Command start;
     start.arguments = {"/bin/bash",
                        "-c",
                        "set -o pipefail; \"$@\" | head -c 100 > /dev/null",

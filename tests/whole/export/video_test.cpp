@@ -121,7 +121,7 @@ TEST(Video, RangesRenderedApartJoinWithoutASeam) {
     render("73.7", "74.7", "part-2.mov");
     render("74.7", "75", "part-3.mov");
     std::ofstream(folder / "parts.txt") << "file part-1.mov\nfile part-2.mov\nfile part-3.mov\n";
-    Start join;
+    Command join;
     join.arguments = {"/usr/bin/ffmpeg", "-loglevel", "error", "-f",        "concat", "-i",
                       "parts.txt",       "-c",        "copy",  "joined.mov"};
     join.folder = folder.path();
@@ -140,14 +140,8 @@ TEST(Video, RangesRenderedApartJoinWithoutASeam) {
 
 TEST(Video, AStopLeavesWhatWasDoneAsAPlayableFile) {
     TestFolder folder;
-    Start start = export_probe("leftovers", {"--fps", "10", "-o", folder / "a.mp4"});
-    bool sent = false;
-    start.on_error = [&](int pid, const std::string& piece) {
-        if (sent || piece.find('%') == std::string::npos) return;
-        kill(pid, SIGINT);
-        sent = true;
-    };
-    const Finished finished = run_program(start);
+    Command start = export_probe("leftovers", {"--fps", "10", "-o", folder / "a.mp4"});
+    const Finished finished = stop_at_work(start, SIGINT);
     EXPECT_EQ(finished.status, 128 + SIGINT);
     EXPECT_NE(finished.err.find("stopped by a signal after"), std::string::npos) << finished.err;
     EXPECT_NE(finished.err.find("a.mp4"), std::string::npos) << finished.err;

@@ -1,4 +1,4 @@
-#include "tests/sound/mp3_writer.h"
+#include "tests/support/mp3.h"
 
 #include <lame/lame.h>
 
@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <memory>
 #include <stdexcept>
+
+#include "hosts/common/mp3_stream.h"
 
 namespace {
 
@@ -54,4 +56,13 @@ void write_mp3(const std::string& path, const std::vector<float>& samples, const
     const std::size_t tag = lame_get_lametag_frame(lame.get(), block.data(), block.size());
     std::rewind(file.get());
     std::fwrite(block.data(), 1, tag, file.get());
+}
+
+std::vector<float> read_mp3(const std::string& path) {
+    Mp3Error error = Mp3Error::none;
+    const std::unique_ptr<Mp3Stream> stream = Mp3Stream::open(path.c_str(), error);
+    if (!stream) throw std::runtime_error("cannot decode " + path);
+    std::vector<float> samples(2 * static_cast<std::size_t>(stream->length()));
+    samples.resize(2 * stream->read(samples.data(), samples.size() / 2));
+    return samples;
 }

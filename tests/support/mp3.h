@@ -1,4 +1,5 @@
-// Makes MP3 files with LAME, as the show's own music is made.
+// MP3 files, written with LAME and read with the hosts' own decoder. Samples are interleaved, -1..1. What cannot be
+// done throws std::runtime_error.
 #pragma once
 
 #include <string>
@@ -11,5 +12,7 @@ struct Mp3Options {
     bool info_tag = true; // whether the file tells its length, and the encoder's delay
 };
 
-// Encodes interleaved samples, -1..1.
 void write_mp3(const std::string& path, const std::vector<float>& samples, const Mp3Options& options = {});
+
+// All that the file at `path` decodes to, stereo at 44.1 kHz.
+std::vector<float> read_mp3(const std::string& path);

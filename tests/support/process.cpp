@@ -1,4 +1,4 @@
-#include "tests/whole/process.h"
+#include "tests/support/process.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -7,19 +7,10 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <initializer_list>
-#include <sstream>
 #include <system_error>
 
 namespace {
-
-std::string read_file(const std::filesystem::path& path) {
-    std::ifstream file(path);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
 
 [[noreturn]] void throw_errno(const char* what) {
     throw std::system_error(errno, std::generic_category(), what);
@@ -32,7 +23,6 @@ std::vector<std::string> changed_environment(const Command& command) {
         const auto equals = text.find('=');
         values[text.substr(0, equals)] = text.substr(equals + 1);
     }
-    // The programs end without freeing anything, on purpose, and so do the graphics drivers.
     values["ASAN_OPTIONS"] = "detect_leaks=0";
     for (const auto& [name, value] : command.environment) {
         if (value) {
@@ -61,26 +51,18 @@ void redirect(int descriptor, const std::string& path, int flags) {
 
 } // namespace
 
-TemporaryDirectory::TemporaryDirectory() {
-    std::string name = (std::filesystem::temp_directory_path() / "skav-display-XXXXXX").string();
-    if (!mkdtemp(name.data())) throw_errno("mkdtemp");
-    path_ = name;
-}
-
-TemporaryDirectory::~TemporaryDirectory() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-}
-
 Process::Process(const Command& command) {
-    std::vector<std::string> words = command.words;
+    std::vector<std::string> words = command.arguments;
     std::vector<std::string> environment = changed_environment(command);
     const std::vector<char*> arguments = pointers(words);
     const std::vector<char*> variables = pointers(environment);
-    const std::string output_path = directory_.path() / "output";
-    const std::string errors_path = directory_.path() / "errors";
+    const std::string output_path = folder_ / "output";
+    const std::string errors_path = folder_ / "errors";
     int input[2];
     if (pipe2(input, O_CLOEXEC) != 0) throw_errno("pipe");
+    const auto size = static_cast<ssize_t>(command.input.size());
+    if (write(input[1], command.input.data(), command.input.size()) != size)
+        throw_errno("write"); // fits into a pipe
 
     id_ = fork();
     if (id_ < 0) throw_errno("fork");
@@ -90,7 +72,7 @@ Process::Process(const Command& command) {
         dup2(input[0], STDIN_FILENO);
         redirect(STDOUT_FILENO, output_path, O_WRONLY | O_CREAT);
         redirect(STDERR_FILENO, errors_path, O_WRONLY | O_CREAT);
-        if (!command.directory.empty() && chdir(command.directory.c_str()) != 0) _exit(126);
+        if (!command.folder.empty() && chdir(command.folder.c_str()) != 0) _exit(126);
         execvpe(arguments[0], arguments.data(), variables.data());
         _exit(127);
     }
@@ -125,6 +107,13 @@ std::optional<int> Process::wait(std::chrono::milliseconds patience) {
 
 void Process::send(int signal_number) const { kill(id_, signal_number); }
 
-std::string Process::output() const { return read_file(directory_.path() / "output"); }
+std::string Process::output() const { return file_bytes(folder_ / "output"); }
 
-std::string Process::errors() const { return read_file(directory_.path() / "errors"); }
+std::string Process::errors() const { return file_bytes(folder_ / "errors"); }
+
+Finished run_program(const Command& command) {
+    Process process(command);
+    std::optional<int> status;
+    while (!status) status = process.wait();
+    return {*status, process.output(), process.errors()};
+}

@@ -4,35 +4,24 @@
 #include <sys/types.h>
 
 #include <chrono>
-#include <filesystem>
 #include <map>
 #include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
-// A fresh directory under the system's temporary one, removed with everything in it.
-class TemporaryDirectory {
-public:
-    TemporaryDirectory();
-    ~TemporaryDirectory();
-    TemporaryDirectory(const TemporaryDirectory&) = delete;
-    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
-
-    const std::filesystem::path& path() const { return path_; }
-
-private:
-    std::filesystem::path path_;
-};
+#include "tests/support/files.h"
 
 struct Command {
-    std::vector<std::string> words; // program (looked up in $PATH) and arguments
+    std::vector<std::string> arguments;                              // the program first, looked up in $PATH
     std::map<std::string, std::optional<std::string>> environment{}; // changes to this one; no value: unset
-    std::filesystem::path directory{};                               // to run in; empty: this one's
-    bool input_stays_open = false; // nothing ever comes from standard input, not even its end
+    std::string folder{};                                            // to run in; empty: this one's
+    bool input_stays_open = false;                                   // no end of file follows `input`
+    std::string input{}; // what standard input gives; at most 64 KiB
 };
 
 // A running program. Its output goes to files, so that it never waits for its reader. Killed when this goes.
+// The leak checker is off in it: the show ends without freeing anything, on purpose, and so do GL drivers.
 class Process {
 public:
     explicit Process(const Command& command);
@@ -52,7 +41,7 @@ public:
     std::string errors() const;
 
 private:
-    TemporaryDirectory directory_;
+    TestFolder folder_;
     pid_t id_ = -1;
     int input_ = -1; // the end that keeps its standard input open, or -1
     std::optional<int> status_;
@@ -68,3 +57,12 @@ bool eventually(Condition condition, std::chrono::milliseconds patience = std::c
     }
     return true;
 }
+
+struct Finished {
+    int status; // as from Process::wait
+    std::string out;
+    std::string err;
+};
+
+// Runs a program to its end, however long it takes.
+Finished run_program(const Command& command);
