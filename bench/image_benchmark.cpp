@@ -10,17 +10,16 @@
 #include <cstring>
 #include <functional>
 #include <limits>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "show/image/filters.h"
 #include "show/image/generators.h"
-#include "show/image/image.h"
 #include "show/image/loops.h"
 #include "show/image/noise.h"
 #include "show/image/random.h"
 #include "show/image/upload.h"
+#include "tests/support/image.h"
 
 // The uploads go nowhere: what counts is the conversion to bytes.
 extern "C" {
@@ -36,11 +35,10 @@ GLint gluBuild2DMipmaps(GLenum, GLint, GLsizei, GLsizei, GLenum, GLenum, const v
 
 namespace {
 
-using ImagePtr = std::unique_ptr<Image, decltype(&image_free)>;
 using Operation = std::function<void(Image*)>;
 
 ImagePtr noisy_image(int width, int height, unsigned flags) {
-    ImagePtr img(image_create(width, height, flags), image_free);
+    ImagePtr img(image_create(width, height, flags));
     image_fill(img.get(), 0xFF808080);
     image_noise(img.get(), 32000);
     return img;
@@ -87,7 +85,7 @@ struct Case {
 void measure(benchmark::State& state, const Case& c, const Loops* variant) {
     loops_use(variant);
     const ImagePtr img = noisy_image(c.width, c.height, c.flags);
-    const ImagePtr original(image_copy(img.get()), image_free);
+    const ImagePtr original(image_copy(img.get()));
     const std::size_t draws = image_count(img.get()) * (image_has_three_planes(img.get()) ? 3 : 1);
     PlaneCopy copy;
     copy.run(img.get());
@@ -118,7 +116,7 @@ void embolden_and_blur(Image* img) {
 Operation blending(int mode, std::int32_t opacity) {
     return [mode, opacity, src = std::shared_ptr<Image>()](Image* img) mutable {
         if (!src) {
-            src.reset(image_create(img->width, img->height, kImageGrey), image_free);
+            src.reset(image_create(img->width, img->height, kImageGrey));
             image_fill(src.get(), 0xFF959595);
         }
         image_blend(img, src.get(), mode, opacity);

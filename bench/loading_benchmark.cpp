@@ -9,18 +9,15 @@
 #include <cstdint>
 #include <functional>
 #include <limits>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "show/image/image.h"
 #include "show/stage/loading_picture_data.h"
 #include "show/stage/packed_picture.h"
-#include "show/text/text.h"
+#include "tests/support/image.h"
 
 namespace {
 
-using ImagePtr = std::unique_ptr<Image, decltype(&image_free)>;
 using FontPtr = std::unique_ptr<Font, decltype(&font_free)>;
 
 double seconds_of(const std::function<void()>& work) {
@@ -44,10 +41,10 @@ void compare(benchmark::State& state, const char* quotient, const std::function<
 }
 
 void load_stored_picture(benchmark::State& state) {
-    const ImagePtr shown(load_packed_picture(kLoadingPicture), image_free);
+    const ImagePtr shown(load_packed_picture(kLoadingPicture));
     std::vector<std::int32_t> copy(3 * image_count(shown.get()));
     compare(
-        state, "x_memcpy", [] { image_free(load_packed_picture(kLoadingPicture)); },
+        state, "x_memcpy", [] { ImagePtr(load_packed_picture(kLoadingPicture)); },
         [&] {
             auto out = copy.begin();
             for (const std::int32_t* plane : {shown->red, shown->green, shown->blue})
@@ -66,7 +63,7 @@ void draw_text_panel(benchmark::State& state) {
     }
     constexpr int kSize = 20;
     const std::string line = "Die Nacht ist lang, das Bier ist kalt. 1";
-    const ImagePtr img(image_create(512, 512, kImageColor), image_free);
+    const ImagePtr img(image_create(512, 512, kImageColor));
     image_fill(img.get(), 0xFF000000);
     compare(
         state, "x_glyphs",

@@ -5,8 +5,7 @@
 #include <cstring>
 #include <string>
 
-#include "show/image/image.h"
-#include "show/text/text.h"
+#include "tests/support/image.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
@@ -50,14 +49,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Input input(data, size);
     const int width = 1 + input.byte() % 80;
     const int height = 1 + input.byte() % 80;
-    Image* img = image_create(width, height, static_cast<std::uint32_t>(input.byte() % 8));
-    image_fill(img, static_cast<std::uint32_t>(input.byte()) * 0x01010101u);
+    const ImagePtr img(image_create(width, height, static_cast<std::uint32_t>(input.byte() % 8)));
+    image_fill(img.get(), static_cast<std::uint32_t>(input.byte()) * 0x01010101u);
     const int x = input.coordinate();
     const int y = input.coordinate();
     const int glyph_w = input.byte() % 64;
     const int glyph_h = input.byte() % 64;
     const int tracking = input.coordinate() * 4;
-    draw_text(img, font(), x, y, glyph_w, glyph_h, tracking, input.rest().c_str());
-    image_free(img);
+    draw_text(img.get(), font(), x, y, glyph_w, glyph_h, tracking, input.rest().c_str());
     return 0;
 }

@@ -12,22 +12,19 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <memory>
 #include <vector>
 
 #include "show/image/bmp.h"
 #include "show/image/filters.h"
 #include "show/image/generators.h"
-#include "show/image/image.h"
 #include "show/image/loops.h"
 #include "show/image/noise.h"
 #include "show/image/transforms.h"
+#include "tests/support/image.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {
-
-using ImagePtr = std::unique_ptr<Image, decltype(&image_free)>;
 
 constexpr std::size_t kMaxPixels = 1 << 16;
 constexpr int kMaxOperations = 24;
@@ -108,7 +105,7 @@ void fill_plane(Input& in, std::int32_t* plane, std::size_t count) {
 }
 
 ImagePtr read_image(Input& in, std::int32_t width, std::int32_t height) {
-    ImagePtr img(image_create(width, height, in.byte() & 15), image_free);
+    ImagePtr img(image_create(width, height, in.byte() & 15));
     for (std::int32_t* plane : {img->green, img->red, img->blue, img->alpha}) {
         fill_plane(in, plane, image_count(img.get()));
     }

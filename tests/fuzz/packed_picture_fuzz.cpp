@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <vector>
 
-#include "show/image/image.h"
 #include "show/stage/loading_picture_data.h"
 #include "show/stage/packed_picture.h"
+#include "tests/support/image.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
@@ -14,7 +14,7 @@ namespace {
 
 // Decodes and checks that a picture that loads is one that decodes.
 void load(const std::uint8_t* data, std::size_t size) {
-    Image* img = load_packed_picture_n(data, size);
+    const ImagePtr img(load_packed_picture_n(data, size));
     if (size < 3) {
         if (img) std::abort();
         return;
@@ -22,7 +22,6 @@ void load(const std::uint8_t* data, std::size_t size) {
     std::vector<std::uint8_t> samples(static_cast<std::size_t>(packed_buffer_size(data)));
     const int whole = decode_packed_n(data, size, samples.data());
     if (img && !whole) std::abort();
-    image_free(img);
 }
 
 } // namespace

@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "show/image/image.h"
 #include "show/stage/packed_picture.h"
+#include "tests/support/image.h"
 #include "tests/unit/packed_stream.h"
 
 namespace {
@@ -34,11 +34,6 @@ std::vector<int> flat(int value) { return std::vector<int>(16, value); }
 std::vector<int> one_block(int quant, const std::string& block) {
     return block_at(decode(packed(1, 1, quant, block)), 4, 0, 0);
 }
-
-struct ImageDeleter {
-    void operator()(Image* img) const { image_free(img); }
-};
-using OwnedImage = std::unique_ptr<Image, ImageDeleter>;
 
 void start_bits(const std::vector<std::uint8_t>& bytes) { begin_bits(bytes.data(), bytes.size()); }
 
@@ -357,8 +352,8 @@ TEST(BytesToPlane, RepeatsTheByte) {
 
 TEST(LoadPackedPicture, MakesAnImageOfThreePlanes) {
     const std::vector<std::uint8_t> data = packed(1, 2, 20, kFlat + kFlat + kFlat);
-    for (const OwnedImage& img : {OwnedImage(load_packed_picture(data.data())),
-                                  OwnedImage(load_packed_picture_n(data.data(), data.size()))}) {
+    for (const ImagePtr& img : {ImagePtr(load_packed_picture(data.data())),
+                                ImagePtr(load_packed_picture_n(data.data(), data.size()))}) {
         ASSERT_NE(img, nullptr);
         EXPECT_EQ(img->width, 4);
         EXPECT_EQ(img->height, 8);
@@ -378,7 +373,7 @@ TEST(LoadPackedPicture, GivesEachPlaneItsColour) {
                                                   kFlat + kFlat + kFlat + kFlat + // luma
                                                       "1 0 00000 101000 0000 " +  // 0 + 40
                                                       "1 1 00000 111100 0000 ");  // 40 - 60
-    const OwnedImage img(load_packed_picture_n(data.data(), data.size()));
+    const ImagePtr img(load_packed_picture_n(data.data(), data.size()));
     ASSERT_NE(img, nullptr);
     for (const int pixel : {0, 3, 24, 27}) {     // the corners of the first block
         EXPECT_EQ(img->red[pixel], 100 * 257);   // (33376 - 409 * 19 + 128) >> 8
@@ -389,7 +384,7 @@ TEST(LoadPackedPicture, GivesEachPlaneItsColour) {
 
 TEST(LoadPackedPicture, RowsWithoutColourAreGrey) {
     const std::vector<std::uint8_t> data = packed(1, 1, 20, kFlat);
-    const OwnedImage img(load_packed_picture(data.data()));
+    const ImagePtr img(load_packed_picture(data.data()));
     ASSERT_NE(img, nullptr);
     for (int i = 0; i < 16; ++i) {
         EXPECT_EQ(img->red[i], 130 * 257);

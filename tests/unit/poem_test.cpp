@@ -8,9 +8,8 @@
 #include <vector>
 
 #include "show/image/filters.h"
-#include "show/image/image.h"
 #include "show/scenes/poem.h"
-#include "show/text/text.h"
+#include "tests/support/image.h"
 
 namespace {
 
@@ -19,13 +18,6 @@ constexpr double kScreenWidth = 1024;
 constexpr double kUnitsOfPixel = kScreenWidth / kTextureWidth;
 constexpr double kSceneEnd = 79.0; // seconds: from cue 74.0 to cue 153.0
 constexpr double kFrame = 1.0 / 120;
-
-struct ImageDeleter {
-    void operator()(Image* img) const { image_free(img); }
-};
-struct FontDeleter {
-    void operator()(Font* font) const { font_free(font); }
-};
 
 // What a line covers of the texture: columns, and rows counted from its baseline. The right and lower bounds
 // are not covered any more.
@@ -36,7 +28,7 @@ struct Ink {
 // Draws line i as the scroller does, but into an image with room on all sides but the left, and measures it.
 Ink measure(Font* font, bool english, int i) {
     constexpr int kWidth = 2 * kTextureWidth, kHeight = 64, kBaseline = 40;
-    const std::unique_ptr<Image, ImageDeleter> img(image_create(kWidth, kHeight, kImageGrey));
+    const ImagePtr img(image_create(kWidth, kHeight, kImageGrey));
     image_fill(img.get(), 0xFF000000);
     draw_text(img.get(), font, poem_pen_x(english, i), kBaseline, 20, 20, -12, poem_line(english, i));
     image_rank(img.get(), 1);
@@ -72,7 +64,7 @@ protected:
     const Ink& at(int i) const { return ink_[static_cast<std::size_t>(i)]; }
 
 private:
-    std::unique_ptr<Font, FontDeleter> font_;
+    FontPtr font_;
     std::vector<Ink> ink_;
 };
 

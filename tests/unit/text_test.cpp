@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "show/image/image.h"
 #include "show/image/progress.h"
 #include "show/text/text.h"
+#include "tests/support/image.h"
 
 namespace {
 
@@ -50,29 +50,19 @@ namespace {
 
 const char kVera[] = SKAV_DATA "/Vera.ttf";
 
-struct ImageDeleter {
-    void operator()(Image* img) const { image_free(img); }
-};
-using OwnedImage = std::unique_ptr<Image, ImageDeleter>;
-
-struct FontDeleter {
-    void operator()(Font* font) const { font_free(font); }
-};
-using OwnedFont = std::unique_ptr<Font, FontDeleter>;
-
-OwnedImage make_image(int width, int height, std::uint32_t flags, std::uint32_t color) {
-    OwnedImage img(image_create(width, height, flags));
+ImagePtr make_image(int width, int height, std::uint32_t flags, std::uint32_t color) {
+    ImagePtr img(image_create(width, height, flags));
     image_fill(img.get(), color);
     return img;
 }
 
-OwnedFont vera() { return OwnedFont(font_load(kVera)); }
+FontPtr vera() { return FontPtr(font_load(kVera)); }
 
 std::vector<int> plane_values(const Image* img, const std::int32_t* plane) {
     return std::vector<int>(plane, plane + image_count(img));
 }
 
-std::vector<int> grey_values(const OwnedImage& img) { return plane_values(img.get(), img->green); }
+std::vector<int> grey_values(const ImagePtr& img) { return plane_values(img.get(), img->green); }
 
 // The face under test, opened once more by other means.
 class ModelFace {
@@ -143,9 +133,9 @@ TEST(FontLoad, TheLibraryIsNotMadeBeforeTheFirstFont) {
 
 TEST_P(DrawnLine, IsTheCompositeOfItsGlyphs) {
     const Line& line = GetParam();
-    const OwnedFont font = vera();
+    const FontPtr font = vera();
     ASSERT_NE(font, nullptr);
-    const OwnedImage img = make_image(line.width, line.height, kImageGrey, 0x50);
+    const ImagePtr img = make_image(line.width, line.height, kImageGrey, 0x50);
     std::vector<int> expected = grey_values(img);
     const std::vector<int> before = expected;
     ModelFace().draw(expected, line.width, line.height, line.x, line.y, line.glyph_w, line.glyph_h,
@@ -177,8 +167,8 @@ INSTANTIATE_TEST_SUITE_P(
     [](const testing::TestParamInfo<Line>& line) { return std::string(line.param.name); });
 
 TEST(DrawText, AGlyphLeftOfTheImageIsMovedInNotCut) {
-    const OwnedFont font = vera();
-    const OwnedImage moved = make_image(64, 64, kImageGrey, 0);
+    const FontPtr font = vera();
+    const ImagePtr moved = make_image(64, 64, kImageGrey, 0);
     draw_text(moved.get(), font.get(), -50, 40, 20, 20, 0, "H");
     ModelFace model;
     const FT_GlyphSlot slot = model.glyph(20, 20, 'H');
@@ -190,17 +180,17 @@ TEST(DrawText, AGlyphLeftOfTheImageIsMovedInNotCut) {
 }
 
 TEST(DrawText, AnOffsetJustLeftOfTheEdgeTruncatesToColumnZero) {
-    const OwnedFont font = vera();
-    const OwnedImage a = make_image(64, 64, kImageGrey, 0);
-    const OwnedImage b = make_image(64, 64, kImageGrey, 0);
+    const FontPtr font = vera();
+    const ImagePtr a = make_image(64, 64, kImageGrey, 0);
+    const ImagePtr b = make_image(64, 64, kImageGrey, 0);
     draw_text(a.get(), font.get(), -2, 40, 20, 20, 0, "H");
     draw_text(b.get(), font.get(), -1000, 40, 20, 20, 0, "H");
     EXPECT_EQ(grey_values(a), grey_values(b));
 }
 
 TEST(DrawText, ATallImageIsCutAtTheRowOfItsWidth) {
-    const OwnedFont font = vera();
-    const OwnedImage img = make_image(40, 48, kImageGrey, 0);
+    const FontPtr font = vera();
+    const ImagePtr img = make_image(40, 48, kImageGrey, 0);
     draw_text(img.get(), font.get(), 2, 56, 20, 20, 0, "HH"); // rows 41 and on, past the lower edge
     EXPECT_EQ(grey_values(img), std::vector<int>(40 * 48, 0));
     draw_text(img.get(), font.get(), 2, 46, 20, 20, 0, "HH"); // rows 31 to 45: wholly inside, so not cut
@@ -210,11 +200,11 @@ TEST(DrawText, ATallImageIsCutAtTheRowOfItsWidth) {
 }
 
 TEST(DrawText, WithoutTrackingThePenAdvancesByTheFontsAdvance) {
-    const OwnedFont font = vera();
+    const FontPtr font = vera();
     ModelFace model;
     const int advance = static_cast<int>(model.glyph(20, 20, 'H')->advance.x / 64);
-    const OwnedImage pair = make_image(128, 64, kImageGrey, 0);
-    const OwnedImage singles = make_image(128, 64, kImageGrey, 0);
+    const ImagePtr pair = make_image(128, 64, kImageGrey, 0);
+    const ImagePtr singles = make_image(128, 64, kImageGrey, 0);
     draw_text(pair.get(), font.get(), 10, 40, 20, 20, 0, "HH");
     draw_text(singles.get(), font.get(), 10, 40, 20, 20, 0, "H");
     draw_text(singles.get(), font.get(), 10 + advance, 40, 20, 20, 0, "H");
@@ -222,9 +212,9 @@ TEST(DrawText, WithoutTrackingThePenAdvancesByTheFontsAdvance) {
 }
 
 TEST(DrawText, TrackingOfMinus256DoesNotAdvance) {
-    const OwnedFont font = vera();
-    const OwnedImage pair = make_image(64, 64, kImageGrey, 0);
-    const OwnedImage singles = make_image(64, 64, kImageGrey, 0);
+    const FontPtr font = vera();
+    const ImagePtr pair = make_image(64, 64, kImageGrey, 0);
+    const ImagePtr singles = make_image(64, 64, kImageGrey, 0);
     draw_text(pair.get(), font.get(), 10, 40, 20, 20, -256, "HT");
     draw_text(singles.get(), font.get(), 10, 40, 20, 20, 0, "H");
     draw_text(singles.get(), font.get(), 10, 40, 20, 20, 0, "T");
@@ -232,11 +222,11 @@ TEST(DrawText, TrackingOfMinus256DoesNotAdvance) {
 }
 
 TEST(DrawText, TrackingOfMinus512WalksBackwards) {
-    const OwnedFont font = vera();
+    const FontPtr font = vera();
     ModelFace model;
     const int advance = static_cast<int>(model.glyph(20, 20, 'H')->advance.x / 64);
-    const OwnedImage pair = make_image(64, 64, kImageGrey, 0);
-    const OwnedImage singles = make_image(64, 64, kImageGrey, 0);
+    const ImagePtr pair = make_image(64, 64, kImageGrey, 0);
+    const ImagePtr singles = make_image(64, 64, kImageGrey, 0);
     draw_text(pair.get(), font.get(), 30, 40, 20, 20, -512, "HT");
     draw_text(singles.get(), font.get(), 30, 40, 20, 20, 0, "H");
     draw_text(singles.get(), font.get(), 30 - advance, 40, 20, 20, 0, "T");
@@ -244,8 +234,8 @@ TEST(DrawText, TrackingOfMinus512WalksBackwards) {
 }
 
 TEST(DrawText, FullCoverageGives65535OnBlackAnd65279OnWhite) {
-    const OwnedFont font = vera();
-    const OwnedImage img = make_image(64, 64, kImageGrey, 0);
+    const FontPtr font = vera();
+    const ImagePtr img = make_image(64, 64, kImageGrey, 0);
     // Large enough that the middle of the stem is fully covered.
     draw_text(img.get(), font.get(), 4, 60, 60, 60, 0, "I");
     const std::vector<int> once = grey_values(img);
@@ -256,8 +246,8 @@ TEST(DrawText, FullCoverageGives65535OnBlackAnd65279OnWhite) {
 }
 
 TEST(DrawText, UncoveredPixelsOfTheGlyphsBoxLoseA256th) {
-    const OwnedFont font = vera();
-    const OwnedImage img = make_image(64, 64, kImageGrey, 0xFF);
+    const FontPtr font = vera();
+    const ImagePtr img = make_image(64, 64, kImageGrey, 0xFF);
     ModelFace model;
     const FT_GlyphSlot slot = model.glyph(40, 40, 'O');
     const int middle_x = 4 + static_cast<int>(slot->metrics.horiBearingX / 64 + slot->bitmap.width / 2);
@@ -268,8 +258,8 @@ TEST(DrawText, UncoveredPixelsOfTheGlyphsBoxLoseA256th) {
 }
 
 TEST(DrawText, ValuesOutsideOfTheNominalRangeShiftArithmetically) {
-    const OwnedFont font = vera();
-    const OwnedImage img = make_image(64, 64, kImageGrey, 0);
+    const FontPtr font = vera();
+    const ImagePtr img = make_image(64, 64, kImageGrey, 0);
     for (std::size_t i = 0; i < image_count(img.get()); ++i) img->green[i] = i % 2 ? -1000 : 200000;
     std::vector<int> expected = grey_values(img);
     ModelFace().draw(expected, 64, 64, 4, 50, 40, 40, 0, "O");
@@ -278,8 +268,8 @@ TEST(DrawText, ValuesOutsideOfTheNominalRangeShiftArithmetically) {
 }
 
 TEST(DrawText, DrawsIntoThreePlanesAndNeverIntoAlpha) {
-    const OwnedFont font = vera();
-    const OwnedImage img = make_image(64, 64, kImageColor | kImageAlpha, 0x33102030);
+    const FontPtr font = vera();
+    const ImagePtr img = make_image(64, 64, kImageColor | kImageAlpha, 0x33102030);
     std::vector<int> red = plane_values(img.get(), img->red);
     std::vector<int> green = plane_values(img.get(), img->green);
     std::vector<int> blue = plane_values(img.get(), img->blue);
@@ -294,8 +284,8 @@ TEST(DrawText, DrawsIntoThreePlanesAndNeverIntoAlpha) {
 }
 
 TEST(DrawText, NothingHappensWithoutAnImageAFontAFaceOrAText) {
-    const OwnedFont font = vera();
-    const OwnedImage img = make_image(32, 32, kImageGrey, 0x12);
+    const FontPtr font = vera();
+    const ImagePtr img = make_image(32, 32, kImageGrey, 0x12);
     const std::vector<int> before = grey_values(img);
     Font faceless = {};
     draw_text(nullptr, font.get(), 2, 20, 12, 12, 0, "a");
@@ -307,8 +297,8 @@ TEST(DrawText, NothingHappensWithoutAnImageAFontAFaceOrAText) {
 }
 
 TEST(DrawText, PensFarOutsideAreHarmless) {
-    const OwnedFont font = vera();
-    const OwnedImage img = make_image(32, 32, kImageGrey, 0x12);
+    const FontPtr font = vera();
+    const ImagePtr img = make_image(32, 32, kImageGrey, 0x12);
     const std::vector<int> before = grey_values(img);
     const int most = std::numeric_limits<int>::max();
     const int least = std::numeric_limits<int>::min();
@@ -322,9 +312,9 @@ TEST(DrawText, PensFarOutsideAreHarmless) {
 }
 
 TEST(DrawText, ASizeOfZeroIsTheOtherSize) {
-    const OwnedFont font = vera();
-    const OwnedImage zero = make_image(64, 64, kImageGrey, 0);
-    const OwnedImage square = make_image(64, 64, kImageGrey, 0);
+    const FontPtr font = vera();
+    const ImagePtr zero = make_image(64, 64, kImageGrey, 0);
+    const ImagePtr square = make_image(64, 64, kImageGrey, 0);
     draw_text(zero.get(), font.get(), 4, 40, 0, 20, 0, "ab");
     draw_text(square.get(), font.get(), 4, 40, 20, 20, 0, "ab");
     EXPECT_EQ(grey_values(zero), grey_values(square));
@@ -332,9 +322,9 @@ TEST(DrawText, ASizeOfZeroIsTheOtherSize) {
 }
 
 TEST(DrawText, ACharacterWithoutAGlyphIsDrawnAsTheFontsSubstitute) {
-    const OwnedFont font = vera();
+    const FontPtr font = vera();
     ASSERT_EQ(FT_Get_Char_Index(font->face, 0x01), 0u);
-    const OwnedImage img = make_image(64, 64, kImageGrey, 0);
+    const ImagePtr img = make_image(64, 64, kImageGrey, 0);
     std::vector<int> expected = grey_values(img);
     ModelFace().draw(expected, 64, 64, 4, 40, 20, 20, 0, "\x01");
     draw_text(img.get(), font.get(), 4, 40, 20, 20, 0, "\x01");
@@ -342,8 +332,8 @@ TEST(DrawText, ACharacterWithoutAGlyphIsDrawnAsTheFontsSubstitute) {
 }
 
 TEST(DrawText, ACharacterThatCannotBeLoadedIsSkippedWithoutAdvancing) {
-    const OwnedFont font = vera();
-    const OwnedImage img = make_image(64, 64, kImageGrey, 0);
+    const FontPtr font = vera();
+    const ImagePtr img = make_image(64, 64, kImageGrey, 0);
     std::vector<int> expected = grey_values(img);
     ModelFace().draw(expected, 64, 64, 4, 40, 20, 20, 0, "ac");
     g_failing_char = 'b';
@@ -352,8 +342,8 @@ TEST(DrawText, ACharacterThatCannotBeLoadedIsSkippedWithoutAdvancing) {
 }
 
 TEST(DrawText, DrawsNothingInASizeThatIsRefused) {
-    const OwnedFont font = vera();
-    const OwnedImage img = make_image(64, 64, kImageGrey, 0xff404040);
+    const FontPtr font = vera();
+    const ImagePtr img = make_image(64, 64, kImageGrey, 0xff404040);
     const std::vector<int> expected = grey_values(img);
     g_failing_sizes = true;
     draw_text(img.get(), font.get(), 4, 40, 20, 20, 0, "abc");
@@ -365,14 +355,14 @@ TEST(FontLoad, WithoutTheLibraryGivesNullAndTriesAgain) {
     EXPECT_EQ(font_load(kVera), nullptr);
     EXPECT_EQ(g_ft_ready, 0);
     g_failing_library = false;
-    const OwnedFont font = vera();
+    const FontPtr font = vera();
     EXPECT_NE(font, nullptr);
     EXPECT_EQ(g_ft_ready, 1);
 }
 
 TEST(DrawText, DoesNotReportProgress) {
-    const OwnedFont font = vera();
-    const OwnedImage img = make_image(64, 64, kImageGrey, 0);
+    const FontPtr font = vera();
+    const ImagePtr img = make_image(64, 64, kImageGrey, 0);
     g_progress_hook = [] { ++g_steps; };
     draw_text(img.get(), font.get(), 4, 40, 20, 20, 0, "ab");
     g_progress_hook = nullptr;
@@ -380,10 +370,10 @@ TEST(DrawText, DoesNotReportProgress) {
 }
 
 TEST(FontLoad, MakesTheLibraryOnce) {
-    const OwnedFont first = vera();
+    const FontPtr first = vera();
     EXPECT_EQ(g_ft_ready, 1);
     const FT_Library library = g_ft_library;
-    const OwnedFont second = vera();
+    const FontPtr second = vera();
     EXPECT_EQ(g_ft_library, library);
     EXPECT_NE(first->face, second->face);
 }
@@ -395,23 +385,23 @@ TEST(FontLoad, IsNullForWhatIsMissingOrNoFont) {
 }
 
 TEST(FontReopen, PutsAnotherFaceInPlace) {
-    const OwnedFont font = vera();
+    const FontPtr font = vera();
     font_reopen(font.get(), SKAV_DATA "/Arial");
     ASSERT_NE(font->face, nullptr);
-    const OwnedFont direct(font_load(SKAV_DATA "/Arial"));
+    const FontPtr direct(font_load(SKAV_DATA "/Arial"));
     ASSERT_NE(direct, nullptr);
-    const OwnedImage a = make_image(64, 64, kImageGrey, 0);
-    const OwnedImage b = make_image(64, 64, kImageGrey, 0);
+    const ImagePtr a = make_image(64, 64, kImageGrey, 0);
+    const ImagePtr b = make_image(64, 64, kImageGrey, 0);
     draw_text(a.get(), font.get(), 4, 40, 30, 30, 0, "Rg");
     draw_text(b.get(), direct.get(), 4, 40, 30, 30, 0, "Rg");
     EXPECT_EQ(grey_values(a), grey_values(b));
 }
 
 TEST(FontReopen, LeavesNoFaceWhereItFailsAndMayBeTriedAgain) {
-    const OwnedFont font = vera();
+    const FontPtr font = vera();
     font_reopen(font.get(), SKAV_DATA "/no such font.ttf");
     EXPECT_EQ(font->face, nullptr);
-    const OwnedImage img = make_image(32, 32, kImageGrey, 0);
+    const ImagePtr img = make_image(32, 32, kImageGrey, 0);
     draw_text(img.get(), font.get(), 2, 20, 12, 12, 0, "a");
     EXPECT_EQ(grey_values(img), std::vector<int>(32 * 32, 0));
     font_reopen(font.get(), kVera);

@@ -54,7 +54,7 @@ std::ostream& operator<<(std::ostream& out, const Picture& picture) {
     return out;
 }
 
-ImagePtr owned(Image* img) { return ImagePtr(img, image_free); }
+ImagePtr owned(Image* img) { return ImagePtr(img); }
 
 ImagePtr make_image(const Picture& picture) {
     ImagePtr img = owned(image_create(picture.width, picture.height, picture.flags));

@@ -8,9 +8,8 @@
 #include <random>
 #include <vector>
 
-#include "show/image/image.h"
+#include "tests/support/image.h"
 
-using ImagePtr = std::unique_ptr<Image, decltype(&image_free)>;
 using Values = std::vector<std::int32_t>;
 
 // A picture that a test may compute with freely. Planes that the flags do not call for are empty.
