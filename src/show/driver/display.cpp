@@ -4,7 +4,6 @@
 #include <GL/glut.h>
 
 #include "show/driver/loading.h"
-#include "show/stage/language.h"
 
 int g_game_mode = 0;
 int g_warmup_frames = 0;
@@ -13,7 +12,7 @@ void (*g_display_cb)() = warmup_display;
 void (*g_idle_cb)() = idle_redisplay;
 void (*g_reshape_cb)(int width, int height) = reshape;
 
-// Replaces the letterbox that main sets: until the first scene narrows it again the whole surface is drawn.
+// Replaces the viewport that main sets: until the first scene sets its own, the whole surface is drawn.
 void reshape(int width, int height) {
     glViewport(0, 0, width, height);
     glMatrixMode(GL_PROJECTION);

@@ -1,10 +1,10 @@
-// The GLUT side of the show: the callbacks that `main` installs.
+// The GLUT callbacks of the show's start: reshape, idle, and the display callback of the warm-up.
 #pragma once
 
-// 1 from just before game mode is asked for. Kept for a debugger; nothing reads it.
+// 1 from just before game mode is requested. For a debugger; nothing reads it.
 extern int g_game_mode;
 
-// How many display callbacks the warm-up has seen.
+// Number of display callbacks during the warm-up.
 extern int g_warmup_frames;
 
 // The callbacks that `main` installs.
@@ -15,12 +15,12 @@ extern void (*g_reshape_cb)(int width, int height); // statically reshape
 // Reshape callback: full-surface viewport and a 45 degree perspective of aspect width / height (pixels).
 void reshape(int width, int height);
 
-// Idle callback: asks for the next frame.
+// Idle callback: requests the next frame.
 void idle_redisplay();
 
-// The same once more, never installed.
+// The same; never installed.
 void idle_redisplay_spare();
 
-// Display callback of the warm-up: lets the display mode settle for 100 calls, drawing nothing; the 101st
-// installs load_show.
+// Display callback of the warm-up. 100 calls draw nothing, while the display mode settles; the 101st installs
+// load_show.
 void warmup_display();

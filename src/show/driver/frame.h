@@ -4,6 +4,6 @@
 // The display callback of the show; statically show_frame.
 extern void (*g_frame_fn)();
 
-// One frame: reads the music's position, fires the cues that are due, renders the active scenes in list order
-// and swaps buffers. No scene is cleared for; each does its own.
+// Draws one frame: reads the music's position, fires the cues that are due, renders the active scenes in list order
+// and swaps buffers. Nothing is cleared here; each scene clears for itself.
 void show_frame();

@@ -1,5 +1,5 @@
-// The show's entry: one question on the console, then the display and the callbacks. Everything after that
-// happens in the callbacks (display.h); the last cue of the timeline ends the process.
+// The entry point: asks for the language on the console, opens the display and installs the callbacks. Everything
+// after that happens in the callbacks (display.h); the last cue of the timeline ends the process.
 #include <GL/glut.h>
 
 #include <cstdio>
@@ -12,7 +12,7 @@ namespace {
 constexpr int kScreenWidth = 1024;
 constexpr int kScreenHeight = 768;
 
-// Only a lowercase "e" chooses English; "E", Return and the end of input leave German.
+// Asks for the language. Only a lowercase "e" selects English; "E", Return and end of input leave German.
 void ask_language() {
     g_english = 0;
     std::printf("German or English Text [G/e]?: ");
@@ -38,9 +38,9 @@ int main(int argc, char** argv) {
     char mode[32];
     std::sprintf(mode, "%dx%d:32@60", kScreenWidth, kScreenHeight);
     glutGameModeString(mode);
-    glutEnterGameMode(); // nothing is checked: what to do without the mode is the host's business
+    glutEnterGameMode(); // the result is not checked: the host decides what to do without the mode
 
-    // The letterbox: black bars of 76 pixels below and 78 above. It holds until the first reshape.
+    // Black bars of 76 pixels below and 78 above the picture, until the first reshape.
     glViewport(0, 76, 1024, 614);
 
     glutReshapeFunc(g_reshape_cb);

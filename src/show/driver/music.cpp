@@ -10,14 +10,16 @@ namespace {
 
 constexpr FMOD_MODE kStream = FMOD_2D | FMOD_SOFTWARE | FMOD_CREATESTREAM;
 
-// Where the vocal file's position 0 lies in the show. The cue that switches fires at 74.0 s, so the clock
-// jumps forward by about 0.3 s there; that is meant.
+// Show time of the vocal file's position 0. The cue that switches fires at 74.0 s, so show time jumps forward by
+// about 0.3 s there. Intentional.
 constexpr unsigned kVocalOffsetMs = 74300;
 
+// Opens a file as the current music.
 void open_file(const char* name) {
     g_fmod_result = FMOD_System_CreateSound(g_fmod_system, name, kStream, nullptr, &g_music);
 }
 
+// Starts the open file from its beginning.
 void play_open_file() {
     g_fmod_result = FMOD_System_PlaySound(g_fmod_system, FMOD_CHANNEL_FREE, g_music, 0, &g_music_channel);
 }

@@ -21,7 +21,7 @@ Scene* g_scene_list = nullptr;
 
 namespace {
 
-// The order of drawing: the flash overlay comes last, over whatever else is active.
+// Drawing order: the flash overlay comes last, over all other active scenes.
 constexpr SceneIndex kRenderOrder[] = {kTitle,      kGreetings, kGyro,    kCross,
                                        kTextScreen, kScroller,  kCredits, kFlash};
 

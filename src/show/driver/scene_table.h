@@ -1,4 +1,4 @@
-// What a scene is, the table of all nine, and the list of those that take part in rendering.
+// The scene record, the table of all nine scenes, and the list of those that are rendered.
 #pragma once
 
 // Only render and release may be null.
@@ -14,7 +14,7 @@ struct Scene {
     Scene* next;       // next entry of the render list, or null
 };
 
-// Places in the table.
+// Indices into the table.
 enum SceneIndex {
     kClear,
     kFlash,
@@ -33,9 +33,9 @@ extern Scene g_scenes[kSceneCount];
 // Head of the render list; null until link_and_prepare_scenes.
 extern Scene* g_scene_list;
 
-// Builds the render list (title, greetings, gyro, cross, text screen, scroller, credits and, over them all,
-// the flash overlay), preparing each scene as it is linked. The clear scene is neither linked nor prepared.
+// Builds the render list (title, greetings, gyro, cross, text screen, scroller, credits, flash overlay) and prepares
+// each scene as it is linked. The clear scene is neither linked nor prepared.
 void link_and_prepare_scenes();
 
-// Releases the music and every linked scene. The show ends by exit and never calls it.
+// Releases the music and every linked scene. Not called by the show, which ends by exit.
 void shutdown_scenes();

@@ -29,13 +29,13 @@ constexpr Action start(SceneIndex scene) { return {Verb::kStart, scene, nullptr}
 constexpr Action stop(SceneIndex scene) { return {Verb::kStop, scene, nullptr}; }
 constexpr Action call(void (*function)()) { return {Verb::kCall, kClear, function}; }
 
-// No clean-up before the end: nothing is stopped or released, game mode is not left.
+// Ends the process without any clean-up: nothing is stopped or released, game mode is not left.
 void finish() {
     g_finished = 1;
     std::exit(0);
 }
 
-// Cue 1 first. A stop and a start of the same scene restart it: the scene's next pass.
+// Cues 1 to 14. A stop and a start of the same scene restart it: its next pass begins.
 const Cue kCues[] = {
     {0.0, {call(init_gl_state), start(kFlash), start(kGreetings), start(kTitle)}},
     {6.2, {stop(kGreetings), start(kGreetings)}},
@@ -53,6 +53,7 @@ const Cue kCues[] = {
     {162.0, {call(finish)}},
 };
 
+// Carries out one action of a cue. Starting an active scene and stopping an inactive one do nothing.
 void perform(const Action& action, double time) {
     Scene& scene = g_scenes[action.scene];
     switch (action.verb) {

@@ -9,9 +9,10 @@ namespace {
 
 constexpr double kPi = 3.14159265358979323846;
 
-// 256 in the centre (d = 0), 0 at the distance 1.
+// The weight at distance d: 256 in the centre (d = 0), 0 at d = 1.
 std::int32_t raised_cosine(double d) { return truncate(std::cos(d * kPi) * 128.0 + 128.0); }
 
+// Blurs along rows or columns.
 void blur_lines(Image* img, Direction direction, std::int32_t r, double strength) {
     std::int32_t sum = 0;
     std::int32_t* kernel = img ? blur_kernel(r, &sum) : nullptr;
@@ -21,7 +22,8 @@ void blur_lines(Image* img, Direction direction, std::int32_t r, double strength
     if (done) report_progress();
 }
 
-// The weight at (dx, dy) of the elliptic kernel; (along_x, along_y) is the direction of the short axis.
+// The weight at (dx, dy) of the elliptic kernel; (along_x, along_y) is the direction of the axis that an aspect below
+// 1 makes shorter, and one above 1 longer.
 std::int32_t elliptic_weight(std::int32_t dx, std::int32_t dy, std::int32_t r, double along_x, double along_y,
                              double aspect) {
     const double reach = r + 1.0;
@@ -72,7 +74,7 @@ void image_blur_directional(Image* img, std::int32_t r, double angle, double asp
             sum += *weight++;
         }
     }
-    // 1/256, as the sums are taken of values >> 8.
+    // 1/256, as the convolution sums values >> 8.
     const bool done = convolve(img, {kernel, r, (sum / strength) * 0.00390625, 0});
     std::free(kernel);
     if (done) report_progress();

@@ -9,8 +9,9 @@ namespace {
 
 constexpr std::size_t kHeaderSize = 54;
 
+// Writes a value in the machine's own byte order; a BMP file needs little-endian.
 void put_32(std::uint8_t* header, std::size_t offset, std::int32_t value) {
-    std::memcpy(header + offset, &value, sizeof value); // little-endian, as all the show's machines are
+    std::memcpy(header + offset, &value, sizeof value);
 }
 
 void write_header(std::uint8_t* header, std::int32_t size, const Image* img) {

@@ -7,8 +7,8 @@
 #include "show/image/planes.h"
 #include "show/image/progress.h"
 
-// Every convolution first copies what it reads with its borders added, so that the inner loop has no border
-// to think of and the result may overwrite the source.
+// Every convolution first copies its source with borders added. The inner loop then needs no border cases, and the
+// result may overwrite the source.
 
 namespace {
 
@@ -16,18 +16,19 @@ bool valid(const KernelArgs& args) { return args.weights && args.r >= 0; }
 
 std::size_t kernel_size(const KernelArgs& args) { return 2 * static_cast<std::size_t>(args.r) + 1; }
 
+// The index of the value that stands for position i of a line of n values, which i may exceed.
 std::int32_t border_index(std::int64_t i, std::int32_t n, bool wrapped) {
     return wrapped ? wrap(i, n) : clamp_index(i, n);
 }
 
 // --- Two-dimensional ---
 
-// A plane's values >> 8 with r rows and columns added on every side, and the kernel that goes with it.
+// A plane's values >> 8 with r rows and columns added on every side, and the kernel prepared for them.
 struct PaddedPlane {
     std::int32_t width, height; // of the plane
     std::size_t stride, count;  // of the padded values
     std::int32_t* values;
-    std::int16_t* narrow; // the same, where they fit
+    std::int16_t* narrow; // the same in 16 bits, if they all fit
     PreparedKernel prepared;
 };
 
@@ -37,6 +38,7 @@ void free_padded_plane(PaddedPlane& p) {
     free_kernel(p.prepared);
 }
 
+// Allocates a padded plane, its values not yet set, and prepares the kernel. False without memory.
 bool make_padded_plane(PaddedPlane& p, std::int32_t width, std::int32_t height, const KernelArgs& args) {
     const std::size_t n = kernel_size(args), rows = static_cast<std::size_t>(height) + n - 1;
     p.width = width;
@@ -52,6 +54,7 @@ bool make_padded_plane(PaddedPlane& p, std::int32_t width, std::int32_t height, 
     return false;
 }
 
+// Fills a padded plane from a source plane.
 void pad_plane(PaddedPlane& p, const std::int32_t* src, std::int32_t r, bool wrapped) {
     for (std::int64_t y = -std::int64_t{r}; y < std::int64_t{p.height} + r; ++y) {
         const std::int32_t* row = src + std::ptrdiff_t{border_index(y, p.height, wrapped)} * p.width;
@@ -66,6 +69,7 @@ void pad_plane(PaddedPlane& p, const std::int32_t* src, std::int32_t r, bool wra
     }
 }
 
+// Convolves one plane, by way of the padded one; dst may be src.
 void convolve_plane(PaddedPlane& p, std::int32_t* dst, const std::int32_t* src, std::int32_t r,
                     bool wrapped) {
     pad_plane(p, src, r, wrapped);
@@ -96,8 +100,8 @@ bool convolve_planes(Image* dst, const Image* src, const KernelArgs& args) {
 
 // --- One-dimensional ---
 
-// The lines of a plane. Rows are taken one by one; columns, whose neighbours lie side by side, `lanes` at a
-// time, so that memory is read and written in whole cache lines. Other layouts are gathered line by line.
+// The lines of a plane. Rows are convolved one by one; columns, whose neighbours lie side by side, kStripLanes at a
+// time, so that memory is read and written in whole cache lines. Lines of other layouts are gathered one by one.
 struct Lines {
     std::int32_t count, stride; // lines, and from one line to the next
     std::int32_t length, step;  // values in a line, and from one to the next
@@ -105,17 +109,17 @@ struct Lines {
 
 constexpr std::size_t kStripLanes = 64;
 
-// A line, or strip of columns, with r values added at both ends, and the kernel that goes with it.
+// A line, or a strip of columns, with r values added at both ends, and the kernel prepared for it.
 struct PaddedLine {
     Lines lines;
     std::size_t lanes, count;
     std::int32_t* values;
-    std::int16_t* narrow; // the same less kNarrowMiddle, where they fit
-    std::int32_t* result; // a line's, where it is not written in place
+    std::int16_t* narrow; // the same less kNarrowMiddle in 16 bits, if they all fit
+    std::int32_t* result; // of a line whose values do not lie side by side
     PreparedKernel prepared;
 };
 
-// Brings 0..65535 to what 16 bits with a sign can hold.
+// Subtracted from values 0..65535 so that they fit into 16 bits with a sign.
 constexpr std::int32_t kNarrowMiddle = 32768;
 
 void free_padded_line(PaddedLine& p) {
@@ -125,6 +129,7 @@ void free_padded_line(PaddedLine& p) {
     free_kernel(p.prepared);
 }
 
+// Allocates a padded line or strip, its values not yet set, and prepares the kernel. False without memory.
 bool make_padded_line(PaddedLine& p, const Lines& lines, const KernelArgs& args) {
     const std::size_t length = static_cast<std::size_t>(lines.length);
     p.lines = lines;
@@ -139,7 +144,7 @@ bool make_padded_line(PaddedLine& p, const Lines& lines, const KernelArgs& args)
     return false;
 }
 
-// Copies `used` lanes of every position of a line, the borders included.
+// Fills a padded line or strip: copies `used` lanes of every position, borders included.
 void pad_line(PaddedLine& p, const std::int32_t* src, std::size_t used, std::int32_t r, bool wrapped) {
     const std::int32_t length = p.lines.length;
     std::int32_t* out = p.values;
@@ -158,6 +163,7 @@ void pad_line(PaddedLine& p, const std::int32_t* src, std::size_t used, std::int
     for (std::int64_t i = length; i < std::int64_t{length} + r; ++i) copy(border_index(i, length, wrapped));
 }
 
+// Convolves the columns of a plane, kStripLanes at a time.
 void convolve_strips(PaddedLine& p, std::int32_t* dst, const std::int32_t* src, std::int32_t r,
                      bool wrapped) {
     const std::size_t count = static_cast<std::size_t>(p.lines.count);
@@ -171,6 +177,7 @@ void convolve_strips(PaddedLine& p, std::int32_t* dst, const std::int32_t* src, 
     }
 }
 
+// Convolves one line.
 void convolve_line(PaddedLine& p, std::int32_t* dst, const std::int32_t* src, std::int32_t r, bool wrapped) {
     pad_line(p, src, 1, r, wrapped);
     const Kernel& kernel = p.prepared.kernel;
@@ -185,6 +192,7 @@ void convolve_line(PaddedLine& p, std::int32_t* dst, const std::int32_t* src, st
     for (std::int32_t i = 0; i < p.lines.length; ++i) dst[std::ptrdiff_t{i} * p.lines.step] = p.result[i];
 }
 
+// Convolves all lines of a plane.
 void convolve_plane_lines(PaddedLine& p, std::int32_t* dst, const std::int32_t* src, std::int32_t r,
                           bool wrapped) {
     if (p.lanes != 1) {
@@ -197,6 +205,7 @@ void convolve_plane_lines(PaddedLine& p, std::int32_t* dst, const std::int32_t* 
     }
 }
 
+// Convolves the rows or columns of the colour planes of src into those of dst, which may be src.
 bool convolve_planes_lines(Image* dst, const Image* src, Direction direction, const KernelArgs& args) {
     const Lines rows = {src->height, src->width, src->width, 1};
     const Lines columns = {src->width, 1, src->height, src->width};
@@ -210,6 +219,7 @@ bool convolve_planes_lines(Image* dst, const Image* src, Direction direction, co
     return true;
 }
 
+// One plane, for the operations on planes of filters.h.
 bool plane_convolve(std::int32_t* dst, const std::int32_t* src, std::int32_t width, std::int32_t height,
                     const KernelArgs& args, bool wrapped) {
     PaddedPlane padded;
@@ -226,12 +236,6 @@ bool plane_convolve_line(std::int32_t* dst, const std::int32_t* src, const Lines
     convolve_plane_lines(padded, dst, src, args.r, wrapped);
     free_padded_line(padded);
     return true;
-}
-
-// Ends an operation in its new form.
-Image* reported(Image* result) {
-    if (result) report_progress();
-    return result;
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// Convolution of whole images, for the filters that are made of it: as the public operations, but they report
-// success instead of calling the progress hook.
+// Convolution of whole images, for the filters that are built on it. Like the public operations of filters.h, but
+// these return success and do not call the progress hook.
 #pragma once
 
 #include <cstdint>

@@ -15,7 +15,7 @@ void copy_green_to_red_and_blue(Image* img) {
     if (img->blue) std::memcpy(img->blue, img->green, bytes);
 }
 
-// Spreads each value of src to dst, in a cross of five pixels, where dst is still 0.
+// Writes each value of src to a cross of five pixels in dst, where dst is still 0.
 void grow_cells(std::int32_t* dst, const std::int32_t* src, std::int32_t width, std::int32_t height) {
     for (std::int32_t y = 0; y < height; ++y) {
         std::int32_t* const row = dst + std::ptrdiff_t{y} * width;
@@ -31,6 +31,7 @@ void grow_cells(std::int32_t* dst, const std::int32_t* src, std::int32_t width, 
     }
 }
 
+// Sets dst to 65535 where a pixel of src differs from its right or lower neighbour, else to 0.
 void outline_cells(std::int32_t* dst, const std::int32_t* src, std::int32_t width, std::int32_t height) {
     for (std::int32_t y = 0; y < height; ++y) {
         const std::int32_t* const row = src + std::ptrdiff_t{y} * width;

@@ -14,7 +14,7 @@ struct PlaneLevel {
     std::uint32_t level;
 };
 
-// Pairs the planes of an image with their bytes of a colour; returns how many there are.
+// Lists the planes of an image with their bytes of a colour; returns their number.
 int split_color(const Image* img, std::uint32_t color, PlaneLevel levels[4]) {
     const std::uint32_t red = color >> 16 & 0xFF, green = color >> 8 & 0xFF, blue = color & 0xFF;
     int n = 0;
@@ -29,7 +29,7 @@ int split_color(const Image* img, std::uint32_t color, PlaneLevel levels[4]) {
     return n;
 }
 
-// In 64 bits: the sum of two columns of a very wide plane leaves 32.
+// (a + b) / 2, rounded towards zero. In 64 bits, as the sum of two columns of a very wide plane exceeds 32.
 std::int32_t midpoint(std::int32_t a, std::int32_t b) {
     return static_cast<std::int32_t>((std::int64_t{a} + b) / 2);
 }
@@ -38,6 +38,7 @@ bool inside(const Image* img, std::int32_t x, std::int32_t y) {
     return x >= 0 && y >= 0 && x < img->width && y < img->height;
 }
 
+// Fills a rectangle in one plane. Nothing is written before the plane.
 void fill_rect(const Image* img, const PlaneLevel& target, std::int64_t x, std::int64_t y, std::int64_t w,
                std::int64_t h) {
     for (std::int64_t row = std::max<std::int64_t>(y, 0); row < y + h; ++row) {

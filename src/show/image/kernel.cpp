@@ -8,10 +8,11 @@
 
 namespace {
 
-// Below this many taps the pairs save less than it costs to make the narrow values.
+// With fewer taps, pairs save less time than the 16-bit values cost.
 constexpr std::size_t kFewTaps = 8;
 
-// Puts taps of equal weight together, drops those of weight 0 and marks the runs. Returns how many are left.
+// Sorts taps of equal weight together, drops those of weight 0 and sets the lengths of runs. Returns the number of
+// taps left.
 std::size_t group_taps(Tap* taps, std::size_t count) {
     Tap* const end = std::remove_if(taps, taps + count, [](const Tap& tap) { return tap.weight == 0; });
     std::sort(taps, end, [](const Tap& a, const Tap& b) {
@@ -24,8 +25,8 @@ std::size_t group_taps(Tap* taps, std::size_t count) {
     return static_cast<std::size_t>(end - taps);
 }
 
-// Puts neighbouring weights of a row together, where not both are 0; a row's last has no neighbour. Returns
-// how many pairs there are.
+// Makes pairs of neighbouring weights of a row, leaving out those of two zeros; the last weight of a row stands
+// alone. Returns the number of pairs.
 std::size_t make_pairs(PairTap* pairs, const std::int32_t* weights, std::size_t rows, std::size_t n,
                        std::size_t stride) {
     std::size_t count = 0;
@@ -41,6 +42,7 @@ std::size_t make_pairs(PairTap* pairs, const std::int32_t* weights, std::size_t 
     return count;
 }
 
+// Whether all weights fit into 16 bits.
 bool all_narrow(const std::int32_t* weights, std::size_t count) {
     return std::all_of(weights, weights + count,
                        [](std::int32_t w) { return w >= INT16_MIN && w <= INT16_MAX; });
@@ -48,16 +50,17 @@ bool all_narrow(const std::int32_t* weights, std::size_t count) {
 
 // A factor by which the truncated product is always the truncated quotient, or 0.
 //
-// The product with a plain reciprocal would fall short of some quotients that are integers. This one is too
-// large by 2^-49, so it never does; and it never reaches an integer that the quotient does not reach: where
-// the divisor is m / 2^t with t <= 16, a quotient that is no integer misses the next one by at least 1/m,
-// which is at least 2^-47 of itself for sums of 32 bits.
+// With a plain reciprocal the product would be just below some quotients that are integers. This factor is larger by
+// 2^-49 of itself, which prevents that. It does not raise a product to an integer above the quotient either: for a
+// divisor m / 2^t with t <= 16, a quotient that is not an integer lies below the next integer by at least 1/m, which
+// is at least 2^-47 of the quotient for sums of 32 bits.
 double exact_reciprocal(const KernelArgs& args) {
     const double m = args.divisor * 65536.0;
     const bool exact = args.bias == 0 && args.divisor >= 1.0 && m < 9007199254740992.0 && m == std::floor(m);
     return exact ? 1.0 / args.divisor * (1.0 + 1.0 / 562949953421312.0) : 0.0;
 }
 
+// Whether the result fits into 32 bits for every possible sum.
 bool results_fit(const KernelArgs& args) {
     return fits_32(args.bias + INT32_MIN / args.divisor) && fits_32(args.bias + INT32_MAX / args.divisor);
 }

@@ -1,5 +1,4 @@
-// The kernel of a convolution: as it is asked for, and as the inner loops want it, weights together with the places
-// that they belong to.
+// The kernel of a convolution: as the caller gives it, and prepared for the inner loops.
 #pragma once
 
 #include <cstddef>
@@ -7,22 +6,23 @@
 
 #include "show/image/loops.h"
 
-// What the result is to be. Nothing is done with null weights or a negative radius.
+// The arguments of a convolution (filters.h). Null weights or a negative radius are an error.
 struct KernelArgs {
-    const std::int32_t* weights;
+    const std::int32_t* weights; // of the caller
     std::int32_t r;
     double divisor;
     std::int32_t bias;
 };
 
+// A kernel for the inner loops, and the memory of its taps and pairs.
 struct PreparedKernel {
     Tap* taps;
     PairTap* pairs;
     Kernel kernel;
 };
 
-// Prepares a kernel of `rows` rows of 2r+1 weights for values that lie `step` apart in a row, rows `stride`
-// apart. False without memory.
+// Prepares a kernel of `rows` rows of 2r+1 weights, for values `step` apart in rows `stride` apart. The caller frees
+// it with free_kernel. False without memory.
 bool prepare_kernel(PreparedKernel& prepared, const KernelArgs& args, std::size_t rows, std::size_t stride,
                     std::size_t step);
 

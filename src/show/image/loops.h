@@ -1,22 +1,21 @@
-// The inner loops of the filters: plain code over contiguous values, compiled once for every processor
-// generation that pays and chosen at run time. All variants give the same bits: integers wrap, and doubles
-// are only added, multiplied and divided, each operation rounded for itself.
+// The inner loops of the filters: plain code over contiguous values, compiled for several instruction sets, of which
+// the best is chosen at run time. All variants give the same bits: integers wrap, and doubles are only added,
+// multiplied and divided, with every operation rounded.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-// One weight of a kernel and where its value lies, relative to the value that the first weight takes. As sums
-// of wrapping integers may be taken in any order, taps of equal weight stand together and are multiplied
-// once: the first of them carries how many they are.
+// One weight of a kernel and the offset of its value from that of the kernel's first weight. Sums of wrapping
+// integers may be taken in any order, so taps of equal weight are neighbours and their values are multiplied once.
 struct Tap {
     std::int32_t weight;
-    std::int32_t run;
+    std::int32_t run; // in the first of several taps of equal weight, their number
     std::ptrdiff_t offset;
 };
 
-// Two weights that fit into 16 bits, of the value at `offset` and of its right neighbour: what processors
-// multiply and add in one step.
+// Two weights of 16 bits, for the value at `offset` and for its right neighbour. Processors have an instruction that
+// multiplies and adds such pairs.
 struct PairTap {
     std::int16_t first, second;
     std::ptrdiff_t offset;
@@ -25,13 +24,14 @@ struct PairTap {
 struct Kernel {
     const Tap* taps; // without those of weight 0
     std::size_t count;
-    const PairTap* pairs; // the same weights, or none where they are too large, too few or not side by side
+    const PairTap* pairs; // the same weights; none if they are too large, too few or not side by side
     std::size_t pair_count;
     std::int32_t sum; // of all weights
     double divisor;
     std::int32_t bias;
-    bool fits;         // whether no result can leave 32 bits
-    double reciprocal; // trunc(sum * reciprocal) is the exact result for every sum; 0 where none does that
+    bool fits; // whether every possible result fits into 32 bits
+    double
+        reciprocal; // trunc(sum * reciprocal) is the exact result for every sum; 0 if there is no such number
 };
 
 // A linear map of values clamped to in_lo..in_hi.
@@ -43,18 +43,18 @@ struct LevelMap {
 struct Loops {
     const char* name;
 
-    // out[i] = trunc(bias + sum / divisor) with the sum of in[i + offset] * weight over all taps. Values are
-    // taken in blocks: kLoopSlack more than `count` must be readable.
+    // out[i] = trunc(bias + sum / divisor) with the sum of in[i + offset] * weight over all taps. Values are read in
+    // blocks: kLoopSlack values beyond `count` must be readable.
     void (*convolve)(std::int32_t* out, const std::int32_t* in, std::size_t count, const Kernel& kernel);
 
-    // out[i] = values[i] - middle; whether all of them fit.
+    // out[i] = values[i] - middle. Returns whether all of them fit into 16 bits.
     bool (*narrow)(std::int16_t* out, const std::int32_t* values, std::size_t count, std::int32_t middle);
 
-    // As convolve, by pairs of taps, on values less `middle`.
+    // As convolve, with the kernel's pairs, on values from which narrow has subtracted `middle`.
     void (*convolve_narrow)(std::int32_t* out, const std::int16_t* in, std::size_t count,
                             const Kernel& kernel, std::int32_t middle);
 
-    // v = trunc((v - in_lo) * scale + out_lo), where no result leaves 32 bits.
+    // v = trunc((v - in_lo) * scale + out_lo), for differences and results of 32 bits.
     void (*map_levels)(std::int32_t* values, std::size_t count, const LevelMap& map);
 
     // The same for a scale of 1 or -1, in integers.
@@ -64,17 +64,18 @@ struct Loops {
     void (*blend)(std::int32_t* dst, const std::int32_t* src, std::size_t count, int mode,
                   std::int32_t opacity);
 
-    // out[i] = the minimum (which = 0, at most 65535) or maximum (at least 0) of three rows' values i-1, i,
-    // i+1.
+    // out[i] = the minimum (which = 0, at most 65535) or maximum (at least 0) of three rows' values i-1, i, i+1.
     void (*rank)(std::int32_t* out, const std::int32_t* above, const std::int32_t* row,
                  const std::int32_t* below, std::size_t count, int which);
 };
 
 constexpr std::size_t kLoopSlack = 64;
 
-// The variants that this processor can run, the plainest first; null beyond the last.
+// The variants that this processor can run, from the simplest to the best; null beyond the last.
 const Loops* loops_variant(int index);
 
-// The variant in use: the last one, unless a test has chosen another.
+// The variant in use: the best one, unless loops_use has set another.
 const Loops& loops();
+
+// Sets the variant, for tests and benchmarks; null means the best one.
 void loops_use(const Loops* variant);

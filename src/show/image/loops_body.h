@@ -1,10 +1,10 @@
-// The one text of the inner loops. Each loops_<processor>.cpp includes it once, with these macros defined,
-// and is compiled for that processor:
+// The source of the inner loops. Each loops_<instruction set>.cpp defines these macros, includes this file and is
+// compiled for its instruction set:
 //   LOOPS_TABLE  name of the table of the loops
-//   LOOPS_NAME   the same for a reader
+//   LOOPS_NAME   the name for a reader
 //   LOOPS_BYTES  size of a vector register
-// It calls no inline function of any header: the linker would keep one copy of it for everybody, and that
-// could be the one for a processor that is not there.
+// It must not call inline functions of headers: the linker keeps only one copy of each, which could be the one
+// compiled for an instruction set that this processor lacks.
 #ifdef __SSE2__
 #include <immintrin.h>
 #endif
@@ -66,7 +66,7 @@ inline void scale_sums(int32_t* out, const int32_t sums[kBlock], const Kernel& k
     }
 }
 
-// Goes through a line block by block; the last one, which may reach beyond the end, by way of a copy.
+// Processes a line block by block. The last block may extend beyond the end; it goes through a copy.
 template <class SumBlock>
 inline void convolve_blocks(int32_t* out, size_t count, const Kernel& kernel, const SumBlock& sum_block) {
     int32_t sums[kBlock], results[kBlock];
@@ -98,7 +98,7 @@ bool narrow(int16_t* out, const int32_t* values, size_t count, int32_t middle) {
     return outside == 0;
 }
 
-// a[0] * b[0] + a[1] * b[1] in every 32 bits, of their two halves as signed numbers of 16 bits.
+// In every lane of 32 bits: a[0] * b[0] + a[1] * b[1] of their two halves, as signed numbers of 16 bits.
 inline Vector multiply_add(Vector a, Vector b) {
 #if LOOPS_BYTES == 64
     return reinterpret_cast<Vector>(
@@ -117,8 +117,8 @@ inline Vector multiply_add(Vector a, Vector b) {
 #endif
 }
 
-// The same sums as sum_taps. A vector of narrow values holds two per lane; from `in` on, the lanes give the
-// sums of the even places, and from the next value on those of the odd ones.
+// The same sums as sum_taps. A vector of 16-bit values holds two per lane: read from `in` on, the lanes give the sums
+// for the even places, and read from the next value on, those for the odd ones.
 inline void sum_pairs(int32_t sums[kBlock], const int16_t* in, const Kernel& kernel, uint32_t start) {
     constexpr size_t kHalf = kVectors / 2;
     Vector even[kHalf], odd[kHalf];

@@ -11,7 +11,7 @@
 
 namespace {
 
-// One number per pixel, added to every plane, block by block from the end.
+// Adds one number per pixel to every plane, block by block from the end.
 void add_grey_noise(Image* img, std::int32_t amplitude, const Remainder& range) {
     RandomBlock random;
     std::int32_t noise[RandomBlock::kSize];
@@ -33,7 +33,7 @@ void add_grey_noise(Image* img, std::int32_t amplitude, const Remainder& range) 
     random_end(random);
 }
 
-// Three numbers per pixel: red, green, blue.
+// Adds three numbers per pixel: to red, green and blue.
 void add_color_noise(Image* img, std::int32_t amplitude, const Remainder& range) {
     RandomBlock random;
     random_begin(random);

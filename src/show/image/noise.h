@@ -1,4 +1,4 @@
-// Noise from the random generator (image/random.h), added to what an image holds.
+// Noise from the random generator (image/random.h).
 #pragma once
 
 #include <cstdint>
@@ -11,12 +11,11 @@
 //   three planes, amplitude >= 0:  one number per pixel, added to all three (grey noise)
 //   three planes, amplitude < 0:   the amplitude is -amplitude; three numbers per pixel, for red,
 //                                  green and blue
-// Each added value is random_next() % (2 * amplitude + 1) - amplitude. A negative amplitude on a grey image
-// is not turned round: as the modulus is unsigned and then huge, what is added is in effect a raw 32-bit
-// number.
+// Each added value is random_next() % (2 * amplitude + 1) - amplitude. A negative amplitude on a grey image is used
+// as it is: the modulus is unsigned and then huge, so the added values are practically raw 32-bit numbers.
 void image_noise(Image* img, std::int32_t amplitude);
 
-// Sets width * height / density randomly chosen pixels (none where that is negative; a density of 0 is
-// refused) to random values of 0..65535, one per colour plane in the order red, green, blue. Positions come
-// from the random generator (x, then y), values from the C library's rand().
+// Sets width * height / density randomly chosen pixels (none if that is negative; a density of 0 does nothing) to
+// random values 0..65535, one per colour plane in the order red, green, blue. Positions come from the random
+// generator (x, then y), values from the C library's rand().
 void image_scatter_noise(Image* img, std::int32_t density);

@@ -1,4 +1,4 @@
-// What the image operations share among themselves; nobody else needs it.
+// Helpers of the image operations; internal to this folder.
 #pragma once
 
 #include <cstdint>
@@ -7,11 +7,11 @@
 #include <utility>
 
 #include "show/image/image.h"
+#include "show/image/progress.h"
 
 using Plane = std::int32_t* Image::*;
 
-// The order in which operations go through the planes: green (or grey) first. Planes that an image lacks are
-// null.
+// The order in which operations process the planes: green (or grey) first. Planes that an image lacks are null.
 constexpr Plane kColorPlanes[] = {&Image::green, &Image::red, &Image::blue};
 constexpr Plane kAllPlanes[] = {&Image::green, &Image::red, &Image::blue, &Image::alpha};
 
@@ -28,13 +28,13 @@ inline bool same_size(const Image* a, const Image* b) {
     return a->width == b->width && a->height == b->height;
 }
 
-// Whether truncating v gives a 32-bit integer; not so for a NaN.
+// Whether v truncated fits into 32 bits; false for a NaN.
 inline bool fits_32(double v) { return v > -2147483649.0 && v < 2147483648.0; }
 
-// Truncates towards zero. What does not fit becomes -2^31, as the processor's own conversion has it.
+// Truncates towards zero. What does not fit becomes -2^31, as with the processor's conversion instruction.
 inline std::int32_t truncate(double v) { return fits_32(v) ? static_cast<std::int32_t>(v) : INT32_MIN; }
 
-// The remainder of i / n that is never negative.
+// i modulo n, never negative.
 inline std::int32_t wrap(std::int64_t i, std::int32_t n) {
     const std::int32_t rest = static_cast<std::int32_t>(i % n);
     return rest < 0 ? rest + n : rest;
@@ -57,8 +57,13 @@ inline Image* create_result(const Image* img) {
     return result;
 }
 
-// Replaces every colour plane by what make(dst, src) makes of it. False, with the image unchanged, without
-// memory.
+// Ends an operation in its new form: calls the progress hook if there is a result, and returns it.
+inline Image* reported(Image* result) {
+    if (result) report_progress();
+    return result;
+}
+
+// Replaces every colour plane by the one that make(dst, src) fills. False, with the image unchanged, without memory.
 template <class Make>
 bool remake_color_planes(Image* img, const Make& make) {
     std::int32_t* spare = allocate_plane(img);

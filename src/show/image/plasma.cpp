@@ -12,7 +12,7 @@ namespace {
 // Cells at most halve from 2^31 to nothing.
 constexpr int kMaxDepth = 33;
 
-// What the points of one level of cells draw.
+// Random ranges and offsets for the cells of one size.
 struct Level {
     Remainder edge_range, centre_range;
     std::int32_t edge_offset, centre_offset;
@@ -36,6 +36,7 @@ void make_levels(Level levels[kMaxDepth], std::int32_t amplitude, double roughne
 
 std::int32_t clamp_level(std::int32_t v) { return v < 0 ? 0 : v > 65535 ? 65535 : v; }
 
+// A random number of a range, less an offset.
 std::int32_t draw(Plasma& p, const Remainder& range, std::int32_t offset) {
     return static_cast<std::int32_t>(range.of(random_next(p.random))) - offset;
 }
@@ -51,12 +52,12 @@ void plasma_centre_point(Plasma& p, const Level& level, std::int32_t& point, std
     point = clamp_level((n1 + n2 + n3 + n4 + draw(p, level.centre_range, level.centre_offset)) >> 2);
 }
 
-// In 64 bits: the sum of two columns of a very wide plane leaves 32.
+// (a + b) / 2, rounded down. In 64 bits, as the sum of two columns of a very wide plane exceeds 32.
 std::int32_t midpoint(std::int32_t a, std::int32_t b) {
     return static_cast<std::int32_t>((std::int64_t{a} + b) >> 1);
 }
 
-// Only the far sides of a tileable plane reach its size: they wrap. Midpoints never do.
+// Subdivides a cell (see generators.h). Only x1 and y1 of a tileable plane can equal its size; they wrap to 0.
 void plasma_subdivide(Plasma& p, std::int32_t x0, std::int32_t y0, std::int32_t x1, std::int32_t y1,
                       int depth) {
     const std::int32_t mx = midpoint(x0, x1), my = midpoint(y0, y1);
@@ -73,7 +74,7 @@ void plasma_subdivide(Plasma& p, std::int32_t x0, std::int32_t y0, std::int32_t 
     plasma_edge_point(p, level, top[right], middle[right], bottom[right]);
     plasma_centre_point(p, level, middle[mx], bottom[mx], top[mx], middle[x0], middle[right]);
 
-    // A cell without width or height has every quadrant twice; the second of a pair has nothing left to set.
+    // In a cell without width or height every quadrant occurs twice; the second one would have nothing to set.
     plasma_subdivide(p, x0, y0, mx, my, depth + 1);
     if (x0 != x1) plasma_subdivide(p, mx, y0, x1, my, depth + 1);
     if (y0 == y1) return;

@@ -4,13 +4,14 @@
 
 namespace {
 
-// A block is four stretches of the sequence, one in each lane of a vector. As the generator is linear over
-// its bits, the state some steps ahead is the sum of what every single bit of a state becomes by then.
+// A block consists of four stretches of the sequence, one in each lane of a vector. The generator is linear over
+// bits: the state some steps ahead is the XOR of the states that the single bits of the current one lead to.
 constexpr std::size_t kLanes = 4;
 constexpr std::size_t kStretch = RandomBlock::kSize / kLanes;
 
 typedef std::uint32_t Lanes __attribute__((vector_size(kLanes * sizeof(std::uint32_t))));
 
+// The state that each single bit leads to, one stretch ahead.
 struct BitsAhead {
     RandomState of_bit[32];
 };
@@ -53,6 +54,7 @@ void store_transposed(std::uint32_t* numbers, const Lanes rows[kLanes]) {
     }
 }
 
+// Fills a block with the numbers that follow a state.
 void fill(RandomBlock& block, const RandomState& state) {
     block.before = state;
     block.used = 0;

@@ -1,6 +1,6 @@
-// The one random generator of the show. It starts from a fixed state, so every run makes the same textures,
-// and so the order of all draws in the program decides each of them: textures are made in a fixed order, and
-// an operation documents how many numbers it draws and for what.
+// The random generator of the show. It starts from a fixed state, so every run makes the same textures. All textures
+// depend on the order of all draws: they are made in a fixed order, and an operation documents how many numbers it
+// draws and for what.
 //
 // Maximally equidistributed combined Tausworthe generator taus88: P. L'Ecuyer, "Maximally equidistributed
 // combined Tausworthe generators", Mathematics of Computation 65 (213), 1996.
@@ -15,7 +15,7 @@ struct RandomState {
     std::uint32_t s1, s2, s3;
 };
 
-// The state of the process. Nothing resets it but random_seed.
+// The state of the process's generator. Only random_seed resets it.
 extern RandomState g_random;
 
 // One step of a generator.
@@ -29,26 +29,25 @@ constexpr std::uint32_t random_step(RandomState& s) {
 // The next number of the process, 0..2^32 - 1.
 std::uint32_t random_next();
 
-// Restarts the generator from `seed`; returns the number of the one step that it makes (nobody needs it).
+// Restarts the generator from `seed`, makes one step and returns its number, which callers ignore.
 //
-// The state becomes (seed, 0, ~seed), on purpose: zero is a fixed point of every component, so from the first
-// call on the second component stays 0 for ever and the numbers come from s1 ^ s3 alone. The seeded scenes
-// are composed to these sequences. random_seed(0) loses s1 as well.
+// The state becomes (seed, 0, ~seed). The 0 is intentional: zero is a fixed point of every component, so from the
+// first call on the second component stays 0 and the numbers come from s1 ^ s3 alone. The seeded scenes depend on
+// these sequences. random_seed(0) loses s1 as well.
 std::uint32_t random_seed(std::uint32_t seed);
 
-// Numbers drawn many at a time, which is much faster than one by one. They are those of random_next: begin
-// before the first, end after the last, and draw no others in between. An operation need not know beforehand
-// how many it takes: what it leaves of the last block goes back. It draws by random_next(block), or reads
-// `numbers` itself and says in `used` how many it took.
+// The numbers of random_next, drawn in blocks, which is much faster. Call random_begin before the first number and
+// random_end after the last, and draw no others in between. Unused numbers of the last block are returned to the
+// generator. Take numbers with random_next(block), or read `numbers` and set `used`.
 struct RandomBlock {
     static constexpr std::size_t kSize = 1024;
 
     RandomState before, after;    // of the generator, before the first and after the last of the numbers
-    std::size_t used;             // how many of the numbers have been taken, from the first on
+    std::size_t used;             // how many numbers have been taken, from the first on
     std::uint32_t numbers[kSize]; // in the order of random_next
 };
 void random_begin(RandomBlock& block);
-void random_refill(RandomBlock& block);
+void random_refill(RandomBlock& block); // fills a block whose numbers have all been taken
 void random_end(const RandomBlock& block);
 
 inline std::uint32_t random_next(RandomBlock& block) {

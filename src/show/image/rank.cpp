@@ -15,7 +15,7 @@ std::int32_t maximum_of_nine(const std::int32_t values[9]) {
     return std::max(0, *std::max_element(values, values + 9));
 }
 
-// One pixel whose left and right neighbours need not lie next to it.
+// The result for column x of three rows, given the columns of its neighbours.
 std::int32_t rank_border_pixel(const std::int32_t* const rows[3], std::int32_t left, std::int32_t x,
                                std::int32_t right, int which) {
     std::int32_t values[9];
@@ -27,6 +27,7 @@ std::int32_t rank_border_pixel(const std::int32_t* const rows[3], std::int32_t l
     return rank_filters[which](values);
 }
 
+// Ranks a whole plane into another one. which: 0 minimum, 1 maximum.
 void rank_plane(std::int32_t* dst, const std::int32_t* src, const Image* img, int which) {
     const std::int32_t width = img->width, height = img->height, last = width - 1;
     const bool wrapped = img->flags & kImageWrap;

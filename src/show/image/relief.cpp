@@ -9,8 +9,8 @@
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
-constexpr double kLampAngle = kPi / 4.0;    // above the picture, and so also away from the eye
-constexpr double kHalfwayAngle = kPi / 8.0; // between lamp and eye
+constexpr double kLampAngle = kPi / 4.0;    // between lamp and eye, and between lamp and picture
+constexpr double kHalfwayAngle = kPi / 8.0; // from the eye to half-way between it and the lamp
 
 struct EmbossKernel {
     std::int32_t weights[9];
@@ -27,7 +27,7 @@ EmbossKernel emboss_kernel(double angle) {
     return kernel;
 }
 
-// The diffuse and specular shares of light on a slope.
+// Light on a slope: a factor for the colour, and a highlight in value units that is added.
 struct Shade {
     double factor, highlight;
 };
@@ -40,7 +40,7 @@ Shade shade(std::int32_t slope, const BumpLight& light) {
             65535.0 * light.specular * std::pow(highlight, light.shininess)};
 }
 
-// NaN, of terms that are none, becomes 0.
+// Clamps to 0..65535 and truncates; a NaN becomes 0.
 std::int32_t clamp_to_range(double v) { return v > 0.0 ? truncate(std::min(v, 65535.0)) : 0; }
 
 } // namespace

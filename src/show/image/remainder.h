@@ -1,4 +1,4 @@
-// The remainder by a number that is used many times, without dividing.
+// Remainders by a number that is used many times, without dividing.
 #pragma once
 
 #include <cstdint>

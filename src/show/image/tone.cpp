@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kLevels = 65536;
 
-// Maps one plane through pow; `cache` holds what has been computed, -1 where nothing has.
+// Applies v ^ exponent to one plane, for values as fractions of 65535. `cache` holds the results so far, else -1.
 void gamma_plane(std::int32_t* values, std::size_t count, double exponent, std::int32_t cache[kLevels]) {
     for (std::size_t i = 0; i < count; ++i) {
         const std::int32_t v = std::clamp(values[i], 0, 65535);
@@ -19,7 +19,7 @@ void gamma_plane(std::int32_t* values, std::size_t count, double exponent, std::
     }
 }
 
-// Puts the grey of img into the three planes of a new image.
+// A new image with the grey of img in its three planes.
 Image* grey_in_color(const Image* img) {
     Image* result = image_create(img->width, img->height, kImageColor);
     if (!result) return nullptr;
@@ -47,7 +47,7 @@ Image* colorized(const Image* img, std::uint32_t color_lo, std::uint32_t color_h
     return result;
 }
 
-// v rounded towards zero to a multiple of step. The quotient of -2^31 and -1 does not fit, so -1 is left out.
+// v rounded towards zero to a multiple of step. A step of -1 is not divided by, as -2^31 / -1 does not fit.
 std::int32_t whole_steps(std::int32_t v, std::int32_t step) { return step == -1 ? v : v / step * step; }
 
 } // namespace

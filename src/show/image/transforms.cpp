@@ -8,13 +8,7 @@
 
 namespace {
 
-// Ends an operation in its new form.
-Image* reported(Image* result) {
-    if (result) report_progress();
-    return result;
-}
-
-// Ends an operation in place.
+// Ends an operation in place: commits the result, if there is one, and calls the hook.
 void commit(Image* img, Image* result) {
     if (!result) return;
     image_replace(img, result);
@@ -35,6 +29,7 @@ void shift_plane(std::int32_t* dst, const std::int32_t* src, std::int32_t width,
 
 // --- Shrink, enlarge ---
 
+// The rounded mean of fx x fy values.
 std::int32_t block_average(const std::int32_t* block, std::int32_t stride, std::int32_t fx, std::int32_t fy) {
     const std::int64_t n = std::int64_t{fx} * fy;
     std::int64_t sum = 0;
@@ -79,9 +74,10 @@ Image* enlarged(const Image* img, std::int32_t fx, std::int32_t fy) {
 
 // --- Displace ---
 
-// An offset in 1/64 pixels, none to the left or upwards.
+// An offset in 1/64 pixels; negative ones become 0.
 std::int32_t map_offset(std::int32_t value, std::int32_t scale) { return std::max(0, (value * scale) >> 10); }
 
+// The bilinear mix of the four pixels at an offset (1/64 pixels) from (x, y).
 std::int32_t displaced_pixel(const std::int32_t* src, const Image* img, std::int32_t x, std::int32_t y,
                              std::int32_t offset_x, std::int32_t offset_y) {
     const std::int32_t x0 = wrap(std::int64_t{x} + (offset_x >> 6), img->width),
@@ -122,7 +118,7 @@ struct Place {
     double u, v;
 };
 
-// Beyond this no picture reaches, and integers still hold it.
+// A position outside every picture that still fits into 64-bit integers.
 constexpr double kFarAway = 4294967296.0;
 
 // The integer part and the fraction, in 1/256, of one coordinate.
@@ -132,7 +128,7 @@ struct Split {
 };
 
 Split split(double v) {
-    const double inside = v > -kFarAway ? std::min(v, kFarAway) : -kFarAway; // a NaN goes there too
+    const double inside = v > -kFarAway ? std::min(v, kFarAway) : -kFarAway; // also for a NaN
     const double whole = std::floor(inside);
     return {static_cast<std::int64_t>(whole), static_cast<std::int64_t>((inside - whole) * 256.0)};
 }

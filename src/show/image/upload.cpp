@@ -25,8 +25,8 @@ void interleave(std::uint8_t* out, int step, const std::int32_t* plane, std::siz
     for (std::size_t i = 0; i < count; ++i) out[i * static_cast<std::size_t>(step)] = value_to_byte(plane[i]);
 }
 
-// The pixels as bytes, which the caller frees. Where a row's bytes are not a multiple of four, GL reads up to
-// three bytes per row beyond the packed pixels: they are there, and black.
+// The pixels as bytes, which the caller frees. If a row's bytes are not a multiple of four, GL reads up to three
+// bytes per row beyond the packed pixels; the buffer is larger by as much, and black there.
 std::uint8_t* make_pixels(const Image* img, const Format& format) {
     const std::size_t pixels = image_count(img);
     const std::size_t slack = 3 * static_cast<std::size_t>(img->height);

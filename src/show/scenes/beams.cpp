@@ -1,6 +1,5 @@
 #include "show/scenes/beams.h"
 
-#include "show/stage/overlay.h"
 #include "show/stage/render_state.h"
 #include "show/stage/shapes.h"
 

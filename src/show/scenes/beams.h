@@ -1,19 +1,18 @@
-// Beams: tubes of cylinders of the shared quadric, laid end to end along z. Most of them are red and glow.
+// Beams: rows of cylinders, end to end along z, drawn with the shared quadric. Most are red and glow.
 #pragma once
 
 #include <GL/glu.h>
 
-// The material of a beam: smooth normals and texture coordinates for g_quadric, its orientation (GLU_OUTSIDE
-// or GLU_INSIDE), blending, the texture and a specular highlight.
+// Sets the state for beams: smooth normals, texture coordinates and orientation (GLU_OUTSIDE or GLU_INSIDE) of
+// g_quadric, blending, the texture and a specular highlight.
 void set_up_beam(GLenum orientation, unsigned texture);
 
-// One piece of the beam, 40 units long and 0.3 thick, in the colour and with the blend function in force.
+// Draws one piece, 40 units long, radius 0.3, with the current colour and blend function.
 void draw_beam_cylinder();
 
-// Piece number i of a beam, counted from the origin: a red cylinder and the same once more, added over it as
-// its glow.
+// Draws piece number i, counted from the origin: a red cylinder, and the same cylinder added over it as a glow.
 void draw_glowing_piece(int i);
 
-// Draws the pieces within 600 units of scroll_y (greetings.h) with draw_piece(i), of the 200 that a beam has. A piece
-// counts as lying one length before where it is drawn.
+// Calls draw_piece(i) for those of a beam's 200 pieces that lie within 600 units of scroll_y (g_scroll_y). Each piece
+// is taken to lie one length (40 units) before its actual place; intentional.
 void draw_visible_pieces(float scroll_y, void (*draw_piece)(int i));

@@ -9,7 +9,7 @@ void draw_caption(unsigned words, int row) {
     begin_2d();
     glEnable(GL_TEXTURE_2D);
     glBindTexture(GL_TEXTURE_2D, words);
-    glColor4f(2.0f, 2.0f, 2.0f, 0.5f); // over-bright on purpose; clamped to white
+    glColor4f(2.0f, 2.0f, 2.0f, 0.5f); // above white; intentional, GL clamps it
     glEnable(GL_BLEND);
     glDisable(GL_LIGHTING);
     glDepthMask(GL_FALSE);

@@ -1,9 +1,8 @@
-// The caption strip of the greetings, the gyroscope room and the cross: a name in the lower right of the 2D
-// overlay.
+// The caption of the greetings, the gyroscope room and the cross: a name at the lower right of the screen.
 #pragma once
 
 constexpr int kNoCaption = -1;
 
-// One of eight rows of the texture of words (greetings.h), over-bright and half transparent. kNoCaption
-// sets the state and draws nothing. Leaves texturing and blending on, lighting and depth writes off.
+// Draws row 0..7 of the texture of words (greetings.h), half transparent; kNoCaption sets the same state and draws
+// nothing. Leaves texturing and blending on, lighting and depth writes off.
 void draw_caption(unsigned words, int row);

@@ -1,4 +1,4 @@
-// The clear scene: clears the colour buffer. It keeps its place in the table but is never linked nor started.
+// The clear scene: clears the colour buffer. It is in the table, but never linked or started.
 #include <GL/gl.h>
 
 #include "show/scenes/scenes.h"

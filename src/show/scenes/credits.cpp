@@ -1,5 +1,5 @@
-// The credits: a white page of text behind a pyramid of translucent pipes; a white cover over its lower half
-// fades away between seconds 3 and 7, while the pipes fade in.
+// The credits: a white page of text behind a pyramid of translucent pipes. Between seconds 3 and 7 a white cover over
+// the lower half fades out and the pipes fade in.
 #include <GL/glu.h>
 
 #include <algorithm>
@@ -19,7 +19,7 @@
 namespace {
 
 unsigned tex_credits;
-GLUquadric* g_pipe_quadric; // a new one at every start; none is ever deleted
+GLUquadric* g_pipe_quadric; // a new one at every start, never deleted
 float g_credits_start_time; // seconds of show time at the last start
 
 // --- The page ---
@@ -32,12 +32,13 @@ constexpr TextLine kCreditLines[] = {
     {538, 592, 20, 10, -46, "pRANDIKS 2026"},
 };
 
-// Opens the file named "Arial" in place of the heading's font. Without one, the heading's font goes on.
+// Changes the font to the file "Arial". If it cannot be opened, the heading's font is used again.
 void change_to_credits_font(Font* font) {
     font_reopen(font, "Arial");
     if (font && !font->face) font_reopen(font, "./Vera.ttf");
 }
 
+// Draws the text over the whole screen.
 void draw_page() {
     glBindTexture(GL_TEXTURE_2D, tex_credits);
     glDisable(GL_LIGHTING);
@@ -54,11 +55,11 @@ void draw_page() {
 // --- The pipes ---
 
 struct Pipe {
-    double dx, dy; // from the pipe before
+    double dx, dy; // from the previous pipe, units
     float color[3];
 };
 
-// Three green ones below, two red ones in their gaps, a red one on top.
+// Three green pipes at the bottom, two red ones in their gaps, a red one on top.
 constexpr Pipe kPipes[] = {
     {0, 0, {0.0f, 0.5f, 0.0f}},    {-2, 0, {0.0f, 0.5f, 0.0f}}, {-2, 0, {0.0f, 0.5f, 0.0f}},
     {1, 1.74, {0.5f, 0.0f, 0.0f}}, {2, 0, {0.5f, 0.0f, 0.0f}},  {-1, 1.74, {0.5f, 0.0f, 0.0f}},
@@ -86,6 +87,7 @@ void draw_pipes(float alpha) {
 
 // --- The cover ---
 
+// Draws the white cover over the lower half of the screen.
 void draw_cover(float alpha) {
     glLoadIdentity();
     begin_2d();
@@ -129,7 +131,7 @@ void credits_prepare() {
     font_free(font);
 }
 
-// Light 0 and the fog stay as the scenes before left them.
+// Light 0 and the fog stay as the earlier scenes set them.
 void credits_start() {
     set_up_pipe_light();
     set_up_projection();
@@ -142,7 +144,7 @@ void credits_start() {
 
 void credits_render() {
     const float t = static_cast<float>(g_demo_time - g_credits_start_time);
-    // Below 0 until second 3: the cover is then more than opaque and the pipes cannot be seen.
+    // Below 0 until second 3: the cover's alpha is then above 1 and that of the pipes below 0; GL clamps both.
     const double fade = std::min((t - 3.0) * 0.25, 1.0);
     glLoadIdentity();
     set_render_state(kDepthTest | kLighting | kTexture);

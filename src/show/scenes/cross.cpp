@@ -1,6 +1,6 @@
-// The pulsing cross: a cube on two bars that flash and turn with every second, four beam arms, four double
-// helices and five large planes between two slabs of blocks, while the camera circles. The beat and the spin
-// run by show time; only camera and caption follow the pass.
+// The pulsing cross: a cube on two bars that flash and turn every second, four beams, four double helices and five
+// large planes between two slabs of blocks, while the camera circles. Flashing and rotation run by show time; camera
+// and caption depend on the pass, which every start advances.
 #include <GL/glu.h>
 
 #include <cmath>
@@ -14,24 +14,23 @@
 #include "show/scenes/letterbox.h"
 #include "show/scenes/scene_setup.h"
 #include "show/scenes/scenes.h"
-#include "show/stage/overlay.h"
 #include "show/stage/render_state.h"
 #include "show/stage/shapes.h"
 #include "show/stage/show_time.h"
 
 namespace {
 
-int g_cross_pass;        // how many times the scene was started
-float g_cross_load_time; // seconds of show time at loading; the beat counts from it
+int g_cross_pass;        // number of starts so far
+float g_cross_load_time; // seconds of show time at loading; the flashing counts from it
 
 bool is_even(int second) { return (second & 1) == 0; }
-bool is_odd(int second) { return second % 2 == 1; } // not for negative seconds
+bool is_odd(int second) { return second % 2 == 1; } // false for all negative seconds
 
 // --- The slabs ---
 
 constexpr int kBlocks = 20; // along each side
 
-// What row and column number n adds to the height of its blocks; made by cross_prepare.
+// What row or column number n adds to the height of its blocks; filled by cross_prepare.
 double g_sine_square[kBlocks];
 double g_cosine_square[kBlocks];
 
@@ -43,6 +42,7 @@ void make_block_squares() {
     }
 }
 
+// Draws the blocks of floor and ceiling.
 void draw_slabs() {
     glPushMatrix();
     glEnable(GL_CULL_FACE);
@@ -69,16 +69,18 @@ void draw_slabs() {
 
 // --- The cross ---
 
+// Draws a bar of the cross, along z and centred.
 void draw_bar() {
     glTranslated(0, 0, -35);
     gluCylinder(g_quadric, 3, 3, 70, 200, 2);
 }
 
-// Odd seconds: spinning, both bars white. Even seconds: still, the first bar red, the second black.
+// Draws the cross. In odd seconds it rotates and both bars are white; in even seconds it stands still, the first bar
+// red and the second black.
 void draw_cross(int second) {
     glPushMatrix();
     glEnable(GL_BLEND);
-    glEnable(GL_TEXTURE); // names a matrix, not a capability: GL rejects it. Meant.
+    glEnable(GL_TEXTURE); // a matrix mode, not a capability: GL rejects it. Intentional.
     glColor4f(1.0f, 0.0f, 0.0f, 0.9f);
     gluQuadricNormals(g_quadric, GLU_SMOOTH);
     gluQuadricTexture(g_quadric, GL_TRUE);
@@ -108,7 +110,7 @@ void draw_cross(int second) {
 
 // --- Arms and helices ---
 
-// A piece without the glow, in the caller's colour.
+// Draws piece number i without the glow, in the current colour.
 void draw_plain_piece(int i) {
     glPushMatrix();
     glTranslated(0, 0, 40 * i);
@@ -117,13 +119,14 @@ void draw_plain_piece(int i) {
     glPopMatrix();
 }
 
+// Draws one arm: a beam along x.
 void draw_beam_arm() {
     glRotatef(180.0f, 1.0f, 0.0f, 1.0f);
     set_up_beam(GLU_OUTSIDE, tex_beam);
     draw_visible_pieces(g_scroll_y, draw_plain_piece);
 }
 
-// Two arms are white while the other two are red; they swap with every second.
+// Draws four arms: two opposite ones are white, the others red, changing every second.
 void draw_arms(int second) {
     glDepthMask(GL_FALSE);
     for (int arm = 0; arm < 4; ++arm) {
@@ -141,6 +144,7 @@ void draw_arms(int second) {
     }
 }
 
+// Draws the four double helices, along the arms.
 void draw_helices() {
     glPushMatrix();
     glTranslated(-50, -60, 5);
@@ -162,7 +166,7 @@ void draw_helices() {
 
 // --- Planes ---
 
-// Five translucent planes across the room, further and further apart.
+// Draws five translucent planes across the room, with growing gaps.
 void draw_planes() {
     glDisable(GL_CULL_FACE);
     glBindTexture(GL_TEXTURE_2D, tex_beam);
@@ -170,9 +174,10 @@ void draw_planes() {
     glEnable(GL_BLEND);
     glEnable(GL_TEXTURE); // rejected, as above
     glColor4f(1.0f, 1.0f, 1.0f, 0.1f);
-    glBlendFunc(GL_ALPHA, GL_SRC_ALPHA); // not a blend factor: GL keeps the function set last. Meant.
+    glBlendFunc(GL_ALPHA,
+                GL_SRC_ALPHA); // GL rejects GL_ALPHA and keeps the function set before. Intentional.
     glDepthMask(GL_FALSE);
-    random_seed(20000); // no number is drawn from it
+    random_seed(20000); // no number is drawn
     double z = 0;
     for (int i = 0; i < 5; ++i) {
         z -= 9 * i;
@@ -191,8 +196,10 @@ void draw_planes() {
 
 // --- Caption, camera ---
 
+// Passes 2 and 3 show the last row of the texture of words.
 int caption_row() { return g_cross_pass > 1 && g_cross_pass < 4 ? 7 : kNoCaption; }
 
+// Sets the view of the current pass.
 void cross_camera() {
     switch (g_cross_pass) {
     case 1:

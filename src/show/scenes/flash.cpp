@@ -1,4 +1,4 @@
-// The flash overlay: short bell-shaped white flashes at fixed show times, drawn over whatever else is active.
+// The flash overlay: short bell-shaped white flashes at fixed show times, drawn over the other active scenes.
 #include <GL/gl.h>
 
 #include <cmath>
@@ -17,7 +17,7 @@ constexpr double kFlashTimes[] = {0.0,  10.0, 11.4, 17.0, 23.0, 28.0, 28.5, 34.0
 constexpr double kSharpness = 7.0; // per second
 constexpr double kThreshold = 0.01;
 
-// Brightness at show time t: the sum of all bells, so that flashes that overlap add up.
+// Brightness at show time t: the sum over all flashes, so that overlapping ones add up.
 double flash_level(double t) {
     double sum = 0.0;
     for (const double* time = kFlashTimes; *time >= 0.0; ++time) {
@@ -35,8 +35,8 @@ void flash_start() {}
 void flash_render() {
     const double level = flash_level(g_demo_time);
     if (level < kThreshold) return;
-    // The blend function is only set where the cache calls for it: after a scene that changed it directly the
-    // flash blends with what that scene left. Meant.
+    // The cache sets the blend function only when its own record differs: after a scene that changed it directly, the
+    // flash blends with that scene's function. Intentional.
     set_render_state(kBlend | kBlendAdd);
     begin_2d();
     glColor4f(1.0f, 1.0f, 1.0f, static_cast<float>(level));

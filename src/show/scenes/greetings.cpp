@@ -1,8 +1,6 @@
+// The greetings: an endless wall of boxes rising through fog, light shafts before it, a red beam, a spinning double
+// helix, and captions with names. Every start begins another pass, with its own camera and layers.
 #include "show/scenes/greetings.h"
-
-// The greetings: an endless wall of boxes rising through fog, light shafts before it, a red beam, a spinning
-// double helix, and names one at a time in a strip below. Every start is a pass of its own: another camera
-// and other layers.
 
 #include <GL/glu.h>
 
@@ -22,7 +20,6 @@
 #include "show/scenes/scene_setup.h"
 #include "show/scenes/scenes.h"
 #include "show/scenes/texture.h"
-#include "show/stage/overlay.h"
 #include "show/stage/render_state.h"
 #include "show/stage/shapes.h"
 #include "show/stage/show_time.h"
@@ -37,18 +34,19 @@ float g_scroll_y;
 
 namespace {
 
-unsigned tex_shaft; // a soft upright streak of light
+unsigned tex_shaft; // a soft vertical streak of light
 
-int g_greet_pass;         // how many times the scene was started
+int g_greet_pass;         // number of starts so far
 float g_greet_pass_start; // seconds of show time
 
-// Which layers the frame draws; set by greetings_camera.
+// The layers that the frame draws; set by greetings_camera.
 int g_greet_show_wall;
 int g_greet_show_ribbon;
 int g_greet_show_beam;
 
 // --- Textures ---
 
+// A grey tile with dark edges, slightly blurred and roughened with plasma.
 unsigned make_wall_texture() {
     Image* plasma = image_create(256, 256, kImageGrey | kImageWrap);
     image_plasma(plasma, 4104, 1.0);
@@ -66,7 +64,7 @@ unsigned make_wall_texture() {
     return texture;
 }
 
-// A band with two glowing edges; the glow is also its alpha.
+// A band with two glowing lines along its edges; the glow is also its alpha.
 unsigned make_ribbon_texture() {
     Image* glow = create_black(256, 256, kImageGrey | kImageWrap);
     image_line(glow, 12, 0, 13, 255, 0xffffffff);
@@ -97,6 +95,7 @@ unsigned make_beam_texture() {
     return upload_and_free(img);
 }
 
+// A vertical line, blurred far to both sides.
 unsigned make_shaft_texture() {
     Image* img = create_black(128, 256, kImageGrey);
     image_line(img, 64, 0, 64, 255, 0xffffffff);
@@ -104,8 +103,7 @@ unsigned make_shaft_texture() {
     return upload_and_free(img);
 }
 
-// One line in each row of 64 pixels. The first four are this scene's, the next three the gyroscope room's and
-// the last one the cross's.
+// One line in each row of 64 pixels: four for this scene, three for the gyroscope room and one for the cross.
 constexpr TextLine kWordLines[] = {
     {6, 37, 80, 32, -48, "kOLTVARE"},   {1, 96, 69, 32, -48, "nolts varimeer"},
     {1, 160, 92, 32, -39, "skrelmunt"}, {0, 224, 111, 32, -37, "froskets"},
@@ -128,7 +126,7 @@ unsigned make_words_texture() {
 constexpr int kRows = 600;
 constexpr int kBoxesInRow = 20;
 
-// How far the boxes of a column bulge out of the wall; made by greetings_prepare.
+// How far the boxes of each column bulge out of the wall, in units; filled by greetings_prepare.
 double g_bulge[kBoxesInRow];
 
 void make_bulge() {
@@ -137,7 +135,8 @@ void make_bulge() {
     }
 }
 
-// Boxes side by side, 12 wide and h high, whose tops are at y; depths are random in 0..4 plus the bulge.
+// Draws a row of boxes side by side, 12 wide and h high, with their tops at y. Depths are random in 0..4, plus the
+// bulge of the column.
 void draw_row(double y, double h) {
     random_seed(static_cast<unsigned>(y));
     double x = -120;
@@ -152,8 +151,7 @@ void draw_row(double y, double h) {
     }
 }
 
-// The rows within 600 units of g_scroll_y. The translation is not pushed: it stays for the layers that
-// follow.
+// Draws the rows within 600 units of g_scroll_y. The translation is not pushed: the following layers use it too.
 void draw_wall() {
     glDisable(GL_BLEND);
     glBindTexture(GL_TEXTURE_2D, tex_wall);
@@ -163,7 +161,7 @@ void draw_wall() {
     glColor3f(1.0f, 1.0f, 1.0f);
     double y = 0;
     for (int i = 0; i < kRows; ++i) {
-        random_seed(2000); // before every row, so all rows have the same height, within 10..42. Meant.
+        random_seed(2000); // again for every row: all have the same height (within 10..42). Intentional.
         const double h = random_next() * 0x1p-27 - 20 + 30;
         y += h;
         if (y < g_scroll_y - 600.0) continue;
@@ -172,15 +170,17 @@ void draw_wall() {
     }
 }
 
+// Draws five sheets of light, one behind the other, each of segments 100 units high.
 void draw_shafts() {
     glDisable(GL_CULL_FACE);
     glBindTexture(GL_TEXTURE_2D, tex_shaft);
     set_render_state(kDepthTest | kTexture);
     glEnable(GL_BLEND);
     glColor4f(1.0f, 1.0f, 1.0f, 0.1f);
-    glBlendFunc(GL_ALPHA, GL_SRC_ALPHA); // not a blend factor: GL keeps the function set last. Meant.
+    glBlendFunc(GL_ALPHA,
+                GL_SRC_ALPHA); // GL rejects GL_ALPHA and keeps the function set before. Intentional.
     glDepthMask(GL_FALSE);
-    random_seed(20000); // no number is drawn from it
+    random_seed(20000); // no number is drawn
     for (int i = 0; i < 5; ++i) {
         const double z = 2 * i - 10;
         for (int j = 0; j < 50; ++j) {
@@ -204,6 +204,7 @@ void draw_shafts() {
 
 // --- The other layers ---
 
+// Draws the red beam, upwards along y.
 void draw_beam() {
     glPushMatrix();
     glDepthMask(GL_TRUE);
@@ -215,12 +216,13 @@ void draw_beam() {
     glPopMatrix();
 }
 
+// Draws both strands of the double helix.
 void draw_ribbon() {
     glPushMatrix();
     glEnable(GL_BLEND);
     blend_alpha();
     glTranslated(0, -10, 10);
-    // Show time, not the pass's: the spin runs on across the passes.
+    // By show time: the rotation continues across the passes.
     glRotatef(static_cast<float>(-(g_demo_time * 300)), 0.0f, 1.0f, 0.0f);
     glColor4f(1.0f, 1.0f, 1.0f, 1.0f);
     glBindTexture(GL_TEXTURE_2D, tex_ribbon);
@@ -232,7 +234,8 @@ void draw_ribbon() {
     glPopMatrix();
 }
 
-// The row of the words texture that pass 3 shows; none at the instants between two rows.
+// The row of the texture of words at time t of the pass. Only pass 3 shows captions; at the exact times between two
+// rows there is none.
 int caption_row(float t) {
     if (g_greet_pass != 3) return kNoCaption;
     if (t > 1.4 && t < 7.0) return 0;
@@ -250,7 +253,7 @@ void show_layers(int wall, int ribbon, int beam) {
     g_greet_show_beam = beam;
 }
 
-// Beside the helix, 210 units above its foot, before the title's white screen.
+// Pass 1: beside the helix, 210 units above its lower end, over the title's white screen.
 void camera_pass_1() {
     show_layers(0, 1, 0);
     glEnable(GL_BLEND);
@@ -258,8 +261,8 @@ void camera_pass_1() {
     glTranslated(30, -200, -30);
 }
 
-// From there towards the tilted pose of pass 3. The pass ends shortly before the way does. The clear colour
-// counts at the next clear of another scene: this pass clears nothing.
+// Pass 2: from there towards the tilted view of pass 3, in 4 seconds; the pass ends shortly before. It clears
+// nothing: the clear colour takes effect at the next clear of another scene.
 void camera_pass_2(float t) {
     constexpr double kWay = 4.0; // seconds
     show_layers(0, 1, 1);
@@ -275,7 +278,7 @@ void clear_to_grey() {
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }
 
-// Upwards along the wall: slowly, then fast and rolling, then also nodding.
+// Pass 3: upwards along the wall, slowly at first, then fast and rolling, then also pitching.
 void camera_pass_3(float t) {
     show_layers(1, 1, 1);
     clear_to_grey();
@@ -291,13 +294,14 @@ void camera_pass_3(float t) {
     }
 }
 
-// A fourth start, which the running order does not have.
+// Pass 4: does not occur in the running order.
 void camera_pass_4() {
     show_layers(0, 1, 1);
     clear_to_grey();
     glRotatef(60.0f, -1.0f, 0.0f, 0.0f);
 }
 
+// Sets the view and the layers of the current pass at its time t (seconds).
 void greetings_camera(float t) {
     switch (g_greet_pass) {
     case 1:
@@ -317,8 +321,8 @@ void greetings_camera(float t) {
 
 } // namespace
 
-// Only the steps from 500 units below g_scroll_y to 600 above it are drawn. Neighbouring cells share a point,
-// and the width there, unless their own sums for its height round differently.
+// Only the steps from 500 units below g_scroll_y to 600 above it are drawn. Neighbouring cells share a point and the
+// vector across the ribbon there, unless their two sums for its height round differently.
 void draw_helix_ribbon(float phase) {
     constexpr int kSteps = 40000;
     constexpr double kPitch = 1.78;
@@ -328,7 +332,7 @@ void draw_helix_ribbon(float phase) {
         return ribbon_point((static_cast<double>(phase) + step) * 100 * kWave, y);
     };
 
-    // From just below the first step to be drawn up to it.
+    // Starts just below the first step to draw and moves up to it.
     int i = low > kPitch ? static_cast<int>(low / kPitch) - 1 : 0;
     while (static_cast<float>(kPitch * i) < low) ++i;
 
@@ -373,7 +377,7 @@ void greetings_start() {
 }
 
 void greetings_render() {
-    // From the frame that started the pass, in single precision; not g_scene_time, which counts from the cue.
+    // Counted from the frame that started the pass, in single precision. g_scene_time counts from the cue.
     const float t = static_cast<float>(g_demo_time - g_greet_pass_start);
     glLoadIdentity();
     set_render_state(kDepthTest | kLighting | kTexture);

@@ -1,8 +1,6 @@
+// The gyroscope room: between a floor and a ceiling of blocks, three sets of spinning rings, four columns of beams
+// and four double helices, while the camera turns. Every start begins another pass, with its own camera and caption.
 #include "show/scenes/gyro.h"
-
-// The gyroscope room: between a floor and a ceiling of blocks, three sets of spinning rings, four beam
-// columns and four double helices, while the camera turns. Every start is a pass of its own: another camera
-// and the next name in the strip.
 
 #include <GL/glu.h>
 
@@ -27,7 +25,7 @@
 
 namespace {
 
-int g_gyro_pass;         // how many times the scene was started
+int g_gyro_pass;         // number of starts so far
 float g_gyro_pass_start; // seconds of show time
 unsigned tex_glow;       // red and clear in the middle, black and opaque at the rim and in the corners
 
@@ -35,7 +33,7 @@ unsigned tex_glow;       // red and clear in the middle, black and opaque at the
 
 constexpr int kBlocks = 20; // along each side
 
-// What row and column number n adds to the height of its blocks; made by gyro_prepare.
+// What row or column number n adds to the height of its blocks; filled by gyro_prepare.
 double g_cosine_power[kBlocks];
 double g_sine_power[kBlocks];
 
@@ -47,7 +45,7 @@ void make_block_powers() {
     }
 }
 
-// Floor and ceiling. The translation is not pushed: it stays for the layers that follow.
+// Draws floor and ceiling. The translation is not pushed: the following layers use it too.
 void draw_slabs() {
     glEnable(GL_CULL_FACE);
     glCullFace(GL_FRONT);
@@ -75,8 +73,8 @@ struct Circle {
 
 Circle circle(double angle) { return {std::sin(angle), std::cos(angle)}; }
 
-// 359 cells of a little more than a degree: the ring closes with a small overlap. The cosines of the second
-// and fourth corner are those of the cell's other end, which skews every cell. Meant.
+// Draws a flat ring of 359 cells of a little more than a degree each, so that it closes with a small overlap. The
+// second and the fourth corner take the cosine of the cell's other end, which skews every cell. Intentional.
 void draw_flat_ring(float inner, float outer) {
     const double in = inner, out = outer;
     Circle from = circle(0);
@@ -100,8 +98,8 @@ void draw_flat_ring(float inner, float outer) {
     }
 }
 
-// 36 cells around, standing 0.5 to both sides of the ring's plane; the far edge takes its cosines from its
-// own product for the same angle.
+// Draws a band of 36 cells around a ring, 0.5 to both sides of its plane. The far edge computes its cosines from
+// another product for the same angle, which may round differently.
 void draw_ring_band(float radius) {
     const double r = radius;
     for (int i = 0; i < 36; ++i) {
@@ -140,7 +138,7 @@ constexpr RingSet kRingSets[] = {
     {{0, 0, 1}, 200, {0.3f, 0.5f, 0.9f}, 3, 5, {4.9f, 3.0f}},
 };
 
-// This translation stays as well.
+// Draws the three sets of rings. This translation is not pushed either.
 void draw_gyroscope() {
     glTranslated(240, 240, -40);
     glDisable(GL_CULL_FACE);
@@ -160,6 +158,7 @@ void draw_gyroscope() {
 
 // --- Beams and helices ---
 
+// Draws one beam along z.
 void draw_beam_column() {
     glRotatef(90.0f, 0.0f, 0.0f, -1.0f);
     set_up_beam(GLU_OUTSIDE, tex_beam);
@@ -204,11 +203,11 @@ void draw_helices() {
 
 // --- Caption, bars, camera ---
 
-// The three passes show the rows after the greetings' own.
+// The row of the texture of words: passes 1 to 3 show the three rows after those of the greetings.
 int caption_row() { return g_gyro_pass >= 1 && g_gyro_pass <= 3 ? g_gyro_pass + 3 : kNoCaption; }
 
-// The second end_2d after the caption pops both stacks once more than was pushed, and the push and pop around
-// the bars interleave with the overlay's own. Meant.
+// Draws the bars. The first end_2d pops both stacks once more than was pushed, as draw_caption has closed its own
+// overlay, and the push and pop around the bars interleave with those of the overlay. Intentional.
 void draw_gyro_letterbox() {
     glDepthMask(GL_TRUE);
     glEnable(GL_LIGHTING);
@@ -222,6 +221,7 @@ void draw_gyro_letterbox() {
     end_2d();
 }
 
+// Sets the view of the current pass at its time t (seconds).
 void gyro_camera(float t) {
     switch (g_gyro_pass) {
     case 1:
@@ -237,7 +237,7 @@ void gyro_camera(float t) {
         glRotatef(-25.0f * t, 0.0f, 0.0f, 1.0f);
         glRotatef(25.0f * t, 1.0f, 1.0f, 0.0f);
         return;
-    case 3: // the rotation comes first: the whole view tumbles about the world's axis
+    case 3: // the rotation comes before the view: everything turns about the world's diagonal
         glRotatef(-100.0f * t, 1.0f, 1.0f, 1.0f);
         glTranslated(0, 0, -0.0);
         look_at_origin();

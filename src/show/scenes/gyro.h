@@ -1,5 +1,5 @@
-// What the gyroscope room shares: its helix.
+// What the gyroscope room shares with the cross.
 #pragma once
 
-// draw_helix_ribbon (scenes/greetings.h) as a batch of its own.
+// Draws one strand of the double helix: draw_helix_ribbon (greetings.h) in a glBegin and glEnd.
 void draw_helix_strand(float phase);

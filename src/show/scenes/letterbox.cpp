@@ -9,8 +9,8 @@ void set_full_viewport() { glViewport(0, 0, 1024, 768); }
 
 void set_picture_viewport() { glViewport(0, 76, 1024, 614); }
 
-// 0x1702 names a matrix, not a capability: GL rejects both calls, and texturing stays as it is under the
-// bars, which come out black with or without it. Meant.
+// GL_TEXTURE is a matrix mode, not a capability: GL rejects the calls here and below, and texturing stays as it is.
+// The bars are black either way. Intentional.
 void begin_letterbox() {
     glDisable(GL_BLEND);
     glDisable(GL_LIGHTING);
@@ -31,7 +31,7 @@ void restore_after_letterbox() {
 }
 
 void draw_letterbox() {
-    glEnable(GL_LIGHTING); // for an instant: begin_letterbox switches it off again
+    glEnable(GL_LIGHTING); // no effect: begin_letterbox disables it again
     begin_letterbox();
     restore_after_letterbox();
     set_picture_viewport();

@@ -1,17 +1,19 @@
-// The black bars above and below a scene's picture.
+// The black bars above and below a scene's picture, and the viewports with and without them.
 #pragma once
 
-// The rows of the whole window and of the picture between the bars.
+// The whole screen, 1024 by 768 pixels.
 void set_full_viewport();
+
+// The picture between the bars: 614 rows, from row 76 (counted from below).
 void set_picture_viewport();
 
-// The two bars in the window's viewport, with blending, lighting and depth writes off, inside a begin_2d that
-// is left open. Texturing stays as it is.
+// Draws both bars and restores what drawing needs: leaves blending, lighting and depth writes on, texturing as it
+// was, and the viewport of the picture.
+void draw_letterbox();
+
+// The first part of draw_letterbox: draws the bars in the full viewport, with blending, lighting and depth writes
+// off, in an overlay (begin_2d) that stays open. Texturing stays as it is.
 void begin_letterbox();
 
-// Switches blending, lighting and depth writes on again, but leaves the overlay and the viewport.
+// The second part: switches blending, lighting and depth writes on. The overlay and the viewport stay.
 void restore_after_letterbox();
-
-// The bars from start to end: enters with any state, leaves blending, lighting and depth writes on, texturing
-// as it was, and the viewport of the picture.
-void draw_letterbox();

@@ -2,9 +2,9 @@
 
 namespace {
 
-// The toast (line 13) is on the screen when the sign comes, seconds 60 to 64. Line 18 has only half a screen
-// before line 19 follows: it must be short. So must the last one: a long line's end would come in only just
-// before the scene ends, and nobody could read it.
+// The toast (line 13) is on the screen while the sign passes, seconds 60 to 64. Line 18 must be short, as line 19
+// follows after half a screen. The last line must be short too: the end of a long one would enter just before the
+// scene ends.
 constexpr const char* kPoem[2][kPoemLines] = {
     {
         "Am Ende der Gasse, da stand unsre Bar.",
@@ -65,7 +65,7 @@ constexpr const char* kPoem[2][kPoemLines] = {
     },
 };
 
-// Lines first..last: X = (i + offset) * 1024 - speed * t. Offsets and speeds are exact.
+// Lines first..last: x = (i + offset) * 1024 - speed * t, with these exact values.
 struct Run {
     int first, last;
     double offset; // screens
@@ -76,6 +76,7 @@ constexpr Run kRuns[] = {
     {0, 5, 0.5, 243.2}, {6, 6, 2.5, 281.6}, {7, 10, 3, 294.4}, {11, 18, 12, 422.4}, {19, 21, 11.5, 422.4},
 };
 
+// The run that line i belongs to.
 const Run& run_of(int i) {
     const Run* run = kRuns;
     while (i > run->last) ++run;

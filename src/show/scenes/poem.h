@@ -1,9 +1,9 @@
-// The scroller's poem to the old bar, in German and in English: what its lines say, where they stand in its
-// texture and how they cross the screen.
+// The scroller's poem, in German and in English: its lines, their places in the texture and their movement across the
+// screen.
 //
-// The texture is 512 pixels wide, one line in every 30 rows. On the screen a line is a full screen (1024
-// units) wide, so two units are a pixel. The lines follow one another from the right and grow faster in
-// steps; the poem's stanzas follow the steps.
+// The texture is 512 pixels wide and has one line in every 30 rows. On the screen a line is 1024 units wide (the
+// whole screen), so a pixel takes two units. The lines enter one after another from the right; speed and spacing
+// change from stanza to stanza.
 #pragma once
 
 constexpr int kPoemLines = 22;
@@ -11,7 +11,7 @@ constexpr int kPoemLines = 22;
 // Line i, 0..21, in Latin-1. At most 47 characters, so that it fits the texture.
 const char* poem_line(bool english, int i);
 
-// Where its pen starts, in pixels.
+// The x at which the pen of line i starts, in pixels.
 int poem_pen_x(bool english, int i);
 
 // The left edge of line i on the screen, in overlay units, at scene time t (seconds).

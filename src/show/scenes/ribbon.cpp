@@ -8,6 +8,7 @@
 
 namespace {
 
+// Issues one vertex with its texture coordinates.
 void corner(double s, double t, const RibbonPoint& p) {
     glTexCoord2d(s, t);
     glVertex3f(p.x, p.y, p.z);

@@ -27,4 +27,6 @@ void set_up_fog(float start, float end) {
     glEnable(GL_FOG);
 }
 
-void look_at_origin() { gluLookAt(-0.0, 0, 35, 0, 0, 0, 0, 1, 1); }
+void look_at_origin() {
+    gluLookAt(-0.0, 0, 35, 0, 0, 0, 0, 1, 1); // the minus is part of the call; logs compare its bits
+}

@@ -1,4 +1,4 @@
-// The operations that the scene table takes from each scene: prepare, start, render, stop, release.
+// The five functions of each scene that the scene table lists (driver/scene_table.h).
 #pragma once
 
 #define SKAV_SCENE(name)                                                                                     \

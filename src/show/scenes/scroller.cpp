@@ -1,6 +1,6 @@
-// The scroller: at first and at the end its flat layer is drawn into a corner of the frame buffer, copied
-// into a texture and laid on a sheet in a room of walls, film ribbons and tubes; from second 23.2 to 71 the
-// layer fills the screen itself.
+// The scroller. From second 23.2 to 71 of the scene its flat layer (scroller_layer.h) fills the screen. Before and
+// after, the layer is drawn into a corner of the frame buffer, copied into a texture and shown on a sheet in a room
+// of walls, film ribbons and tubes.
 #include <GL/glu.h>
 
 #include <cmath>
@@ -20,18 +20,19 @@
 
 namespace {
 
-unsigned tex_feedback; // the layer, 512 by 512, copied anew every frame in sheet mode
-unsigned sheet_list;
+unsigned tex_feedback; // the layer, 512 by 512 pixels; copied in every frame that shows the room
+unsigned sheet_list;   // display list of the sheet
 
-int g_scroller_starts;
+int g_scroller_starts;       // number of starts so far
 float g_scroller_start_time; // seconds of show time at the first start
 
 // --- The sheet ---
 
+// Depth of the sheet q cells from the start of the curl at its left or right edge.
 double edge_curl(int q) { return -20 * std::sin(q * q * kWave); }
 
-// A cell of the sheet from depth z0 at its left to z1 at its right. The left edge bends over four cells, the
-// right one over six; where the right curl begins, its first cell starts a hair beside its neighbour. Meant.
+// Issues a cell of the sheet, whose depth goes from z0 at its left to z1 at its right. The left edge curls over four
+// cells, the right one over six; the first cell of the right curl does not quite meet its neighbour. Intentional.
 void draw_sheet_cell(int i, int j) {
     const int column = i + 20;
     double z0 = 0, z1 = 0;
@@ -67,7 +68,7 @@ unsigned make_sheet() {
     return list;
 }
 
-// No image yet: the first copy from the frame buffer makes it.
+// The texture has no image until the first copy from the frame buffer.
 unsigned make_feedback_texture() {
     unsigned texture = 0;
     glGenTextures(1, &texture);
@@ -79,6 +80,7 @@ unsigned make_feedback_texture() {
 
 // --- The room ---
 
+// Draws the layer into the lower left corner of the frame buffer and copies it into tex_feedback.
 void copy_layer(float t) {
     glViewport(0, 0, 512, 512);
     draw_scroller_layer(t);
@@ -89,6 +91,7 @@ void copy_layer(float t) {
     glLoadIdentity();
 }
 
+// Sets the view at scene time t (seconds): forwards until second 13, back from second 71.
 void scroller_camera(float t) {
     if (t < 13) {
         glTranslated(0, 0, 30.0 * t - 420);
@@ -99,7 +102,7 @@ void scroller_camera(float t) {
     if (g_scroller_starts == 1 || g_scroller_starts == 2) look_at_origin();
 }
 
-// 80 cells about the y axis; neighbours share their points.
+// Draws a ribbon of 80 cells about the y axis; neighbouring cells share their points.
 void draw_film_ribbon(int offset) {
     const auto point = [offset](int m) { return ribbon_point((m + offset) * (100 * kWave), 1.78 * m); };
     RibbonPoint p0 = point(0);
@@ -120,7 +123,7 @@ void draw_film_ribbon(int offset) {
 void draw_ribbon_pair() {
     glPushMatrix();
     glTranslated(0, 80, -20);
-    // Show time, not the scene's: the spin runs on.
+    // By show time: the rotation continues across the scene's starts.
     glRotatef(static_cast<float>(g_demo_time * 300), 0.0f, 1.0f, 0.0f);
     glScaled(3, 3, 3);
     draw_film_ribbon(0);
@@ -141,13 +144,14 @@ void draw_film_ribbons() {
     glPopMatrix();
 }
 
+// Draws a row of 20 glowing pieces along z.
 void draw_tube_row() {
     glRotatef(90.0f, 0.0f, 0.0f, -1.0f);
     set_up_beam(GLU_INSIDE, tex_beam);
     for (int i = 0; i < 20; ++i) draw_glowing_piece(i);
 }
 
-// Out to the right and to the left, along the axes of the film ribbons.
+// Draws a row to the right and one to the left, along the axes of the film ribbons.
 void draw_tube_rows() {
     for (int side = 1; side >= -1; side -= 2) {
         glPushMatrix();
@@ -169,7 +173,7 @@ void draw_wall_box(double x, double y, double z, double depth) {
 
 constexpr int kWallColumns = 20;
 
-// How far the boxes of a column stand out of the walls; made by scroller_prepare.
+// How far the boxes of each column stand out of floor and ceiling, in units; filled by scroller_prepare.
 double g_swell[kWallColumns];
 
 void make_swells() {
@@ -178,7 +182,7 @@ void make_swells() {
     }
 }
 
-// Floor and ceiling of boxes about the room; the middle ones leave space for the sheet.
+// Draws floor and ceiling of boxes; those in the middle leave space for the sheet.
 void draw_walls() {
     glPushMatrix();
     glDisable(GL_BLEND);
@@ -202,6 +206,7 @@ void draw_walls() {
     glPopMatrix();
 }
 
+// Draws the sheet with the layer on it.
 void draw_sheet() {
     glBindTexture(GL_TEXTURE_2D, tex_feedback);
     glEnable(GL_BLEND);
@@ -216,7 +221,7 @@ void draw_sheet() {
     glDisable(GL_BLEND);
 }
 
-// The picture of the text screen, gone after three seconds.
+// Draws the picture of the text screen, which fades out within three seconds.
 void draw_fading_text_screen(float t) {
     const double a = 1 - t / 3.0;
     if (!(a > 0)) return;
@@ -269,7 +274,7 @@ void scroller_start() {
     set_up_lights();
     set_up_projection();
     set_up_fog(100.0f, 600.0f);
-    // A later start does not put the clock back.
+    // A later start does not reset the scene's time.
     if (g_scroller_starts == 1) g_scroller_start_time = static_cast<float>(g_demo_time);
 }
 
@@ -279,7 +284,7 @@ void scroller_render() {
         copy_layer(t);
         draw_room(t);
     } else {
-        set_full_viewport(); // and left so; no bars
+        set_full_viewport(); // stays set: no bars
         draw_scroller_layer(t);
     }
 }

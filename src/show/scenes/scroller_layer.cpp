@@ -34,11 +34,12 @@ struct Star {
 constexpr int kStars = 8000;
 Star g_stars[kStars];
 
-// A draw as a fraction, 0 up to but not including 1.
+// A random number in 0..1, 1 excluded.
 double random_fraction() { return random_next() * 0x1p-32; }
 
 // --- Textures and stars ---
 
+// A soft line in the middle, for the raster bars.
 unsigned make_bar_texture() {
     Image* img = create_black(128, 256, kImageGrey | kImageAlpha);
     image_line(img, 64, 0, 64, 255, 0xFFFFFFFF);
@@ -47,6 +48,7 @@ unsigned make_bar_texture() {
     return upload_and_free(img);
 }
 
+// All lines of the poem, one in every 30 rows.
 unsigned make_poem_texture() {
     Font* font = font_load("./Vera.ttf");
     Image* img = create_black(512, 700, kImageGrey);
@@ -60,7 +62,7 @@ unsigned make_poem_texture() {
     return texture;
 }
 
-// Grain with sprocket holes along both edges; the alpha is its negative.
+// Film grain with sprocket holes along both edges; the alpha is its negative.
 unsigned make_film_texture() {
     Image* img = create_black(512, 128, kImageGrey);
     image_noise(img, 41728);
@@ -111,9 +113,9 @@ unsigned make_sprite_texture() {
     return upload_and_free(img);
 }
 
-// --- What it consists of, in the order of drawing ---
+// --- The parts of the layer, in drawing order ---
 
-// Under the projection in force, that of the scene's start: the stars are no overlay.
+// Draws the stars in the scene's perspective, moving to the left.
 void draw_starfield(float t) {
     if (!(t > 43.2)) return;
     glPointSize(2.0f);
@@ -130,16 +132,17 @@ void draw_starfield(float t) {
 }
 
 struct PlasmaFlash {
-    double from, to; // seconds; at both bounds there is none
+    double from, to; // seconds, both excluded
     double shift;    // of the plasma, overlay units
 };
 
 constexpr PlasmaFlash kPlasmaFlashes[] = {{14, 22, -1536}, {23.2, 28, -1024}, {28.4, 33, -1024}};
 
-// In for a second, out for three; past that the alpha is negative until the span ends, and GL clamps it.
+// Opacity some seconds into a flash: fades in for one second and out for three. After that it is below 0 until the
+// flash ends, which GL clamps.
 double plasma_alpha(double since) { return since > 1 ? 1 - (since - 1) / 3 : since; }
 
-// One sheet that turns about the origin, and another at half strength that turns the other way about its own
+// Draws a plasma that rotates about the origin, and another at half opacity that rotates the other way about its own
 // point (1024, 1024).
 void draw_plasma(float t) {
     begin_2d();
@@ -164,7 +167,7 @@ void draw_plasma(float t) {
     end_2d();
 }
 
-// In at the right edge at second 60, out at the left one at 64.
+// Draws the sign, which crosses the screen from right to left between seconds 60 and 64.
 void draw_sign(float t) {
     if (!(t > 60 && t < 64)) return;
     const double a = 1 - (t - 60) * 0.25;
@@ -179,7 +182,7 @@ void draw_sign(float t) {
     end_2d();
 }
 
-// What the bars, the strip and the blobs are drawn with.
+// Sets the state for the bars, the film strip and the sprites.
 void set_flat_state() {
     glEnable(GL_BLEND);
     blend_alpha();
@@ -187,8 +190,8 @@ void set_flat_state() {
     glEnable(GL_TEXTURE_2D);
 }
 
-// One bar across the screen; s of -0.8..0.8 takes its top edge from just above the screen (y = -8) to 606.
-// The texture's first axis runs down across the bar.
+// Draws one bar across the screen. s in -0.8..0.8 moves its top edge from y = -8 (above the screen) to 606. The
+// texture's first axis runs downwards across the bar.
 void draw_bar_band(double s) {
     const double y = (s + 1) * 384 - 85;
     glBegin(GL_QUADS);
@@ -203,7 +206,7 @@ void draw_bar_band(double s) {
     glEnd();
 }
 
-// Four green bars and four red ones between them.
+// Draws four green bars and four red ones between them.
 void draw_raster_bars(float t) {
     if (!(t > 5.5)) return;
     begin_2d();
@@ -219,15 +222,15 @@ void draw_raster_bars(float t) {
     end_2d();
 }
 
-// All lines, wherever they are: most of them lie beyond the screen.
+// Draws all lines of the poem; most of them lie outside the screen.
 void draw_poem(float t) {
     glBindTexture(GL_TEXTURE_2D, tex_poem);
     for (int i = 0; i < kPoemLines; ++i) {
         const double x = poem_left(i, t);
-        // Each line takes 30 of the 700 rows.
+        // Each line occupies 30 of the texture's 700 rows.
         draw_flat(x, 675.84, x + 1024, 714.24, 0.01 + i * 3 / 70.0, 0.01 + (i + 1) * 3 / 70.0);
     }
-    glEnd(); // one more than there are batches: GL notes an error that nobody reads. Meant.
+    glEnd(); // without a glBegin: GL records an error that is not read. Intentional.
 }
 
 void draw_film_strip(float t) {
@@ -239,6 +242,7 @@ void draw_film_strip(float t) {
     end_2d();
 }
 
+// Draws one sprite about (x, y), in overlay units.
 void draw_sprite(double x, double y, double half_width, double half_height) {
     begin_2d();
     glBindTexture(GL_TEXTURE_2D, tex_sprite);
@@ -246,13 +250,13 @@ void draw_sprite(double x, double y, double half_width, double half_height) {
     end_2d();
 }
 
-// Twenty blobs of random sizes and speeds; seeded anew every frame, so that they stay the same ones.
+// Draws twenty sprites of random sizes and speeds, from the same seed in every frame.
 void draw_swarm(float t) {
     if (!(t > 35.5 && t < 43.2)) return;
     blend_alpha();
     random_seed(2000);
     double a = t - 35.5;
-    if (a > 1) a = 1 - (t - 42.2); // far above 1 at first; GL clamps it
+    if (a > 1) a = 1 - (t - 42.2); // above 1 until second 42.2; GL clamps it
     set_white(a);
     for (int i = 0; i < 20; ++i) {
         const double r1 = random_fraction(), r2 = random_fraction(), r3 = random_fraction();
@@ -265,7 +269,7 @@ void draw_swarm(float t) {
     }
 }
 
-// A hundred blobs along a curve.
+// Draws a hundred sprites along a curve.
 void draw_chain(float t) {
     if (!(t > 47 && t < 60.1)) return;
     blend_alpha();
@@ -279,7 +283,7 @@ void draw_chain(float t) {
     }
 }
 
-// The cube, and from second 68 a slab through its middle that only fills the depth buffer.
+// Draws the cube, and from second 68 a slab through its middle that writes only to the depth buffer.
 void draw_cube(float t) {
     glDepthMask(GL_TRUE);
     glPushMatrix();
@@ -307,7 +311,7 @@ void draw_cube(float t) {
 
 } // namespace
 
-// The order decides which random numbers each texture is made from.
+// The order matters: all textures draw from the same random generator.
 void prepare_scroller_layer() {
     tex_bar = make_bar_texture();
     tex_poem = make_poem_texture();

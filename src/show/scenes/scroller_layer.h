@@ -1,10 +1,9 @@
-// The scroller's flat layer of old tricks: a poem on a film strip, raster bars, plasma flashes, sprites,
-// stars, a sliding sign, a cube. It draws over black and knows nothing of where its picture is shown.
+// The flat layer of the scroller: a poem on a film strip, raster bars, plasma flashes, sprites, stars, a sliding sign
+// and a cube.
 #pragma once
 
 // Makes the layer's textures and places the stars.
 void prepare_scroller_layer();
 
-// Clears and draws the whole layer, over the viewport in force and under the scenes' projection, at scene
-// time t (seconds).
+// Clears to black and draws the layer at scene time t (seconds), in the current viewport and projection.
 void draw_scroller_layer(float t);

@@ -1,7 +1,5 @@
+// The text screen: a grey backdrop and a panel of softly glowing text. Nothing moves.
 #include "show/scenes/text_screen.h"
-
-// The text screen: a grey backdrop and one panel of softly glowing text. It stands still; how long is the
-// timeline's business.
 
 #include <GL/gl.h>
 
@@ -21,13 +19,13 @@ unsigned tex_panel;
 
 namespace {
 
-// Kept for a debugger; nothing reads them.
+// For a debugger; nothing reads them.
 int g_text_screen_starts;
 float g_text_screen_start_time; // seconds of show time at the last start
 
 constexpr int kPanelLines = 5;
 
-// German, English. The German list is set narrower, to fit.
+// German, English. The last three German lines are set narrower, so that the longest fits.
 constexpr TextLine kPanel[2][kPanelLines] = {
     {
         {10, 191, 80, 99, -77, "laaangweilig..?"},
@@ -45,10 +43,11 @@ constexpr TextLine kPanel[2][kPanelLines] = {
     },
 };
 
+// Draws the backdrop and the panel on it.
 void draw_picture() {
     begin_2d();
     glDepthMask(GL_FALSE);
-    glTranslated(-100, 0, 0); // left of the centre on purpose
+    glTranslated(-100, 0, 0); // left of the centre; intentional
     glDisable(GL_TEXTURE_2D);
     glEnable(GL_BLEND);
     blend_alpha();

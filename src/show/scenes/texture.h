@@ -1,15 +1,15 @@
-// What the recipes of the scenes' textures have in common: how they begin and end, and black for white.
+// Steps that the scenes' textures have in common.
 #pragma once
 
 #include <cstdint>
 
 struct Image;
 
-// A new image (sizes and ImageFlags of image_create) filled with opaque black.
+// A new image (size and ImageFlags as for image_create) filled with opaque black.
 Image* create_black(std::int32_t width, std::int32_t height, std::uint32_t flags);
 
-// Makes the mipmapped texture of the image, which is freed, and returns its name.
+// Uploads the image as a mipmapped texture and frees it. Returns the texture's name.
 unsigned upload_and_free(Image* img);
 
-// Swaps black and white in the colour planes.
+// Inverts the colour planes: 0 becomes 65535 and 65535 becomes 0.
 void invert(Image* img);

@@ -16,7 +16,7 @@ namespace {
 unsigned title_texture;
 double title_base_time; // seconds of show time that the title counts from
 
-// In the order of drawing; on the screen the last one stands on top.
+// In drawing order; the last one is the top line on the screen.
 constexpr TextLine kTitleLines[] = {
     {0, 210, 108, 20, 0, "sKAV of"},
     {2, 240, 68, 20, 0, "pRANDIKS"},
@@ -26,13 +26,14 @@ constexpr TextLine kTitleLines[] = {
 
 constexpr double kFadeStart = 6.0; // seconds
 
+// Opacity of the lettering.
 float title_alpha(float t) {
     if (t <= kFadeStart) return 1.0f;
     return static_cast<float>(1.0 - (t - kFadeStart) * 0.5); // below 0 after second 8; GL clamps it
 }
 
-// The image at x 207 to 617 and y 256 to 512. Its outermost columns are left out, so that the edges do not
-// sample across the border.
+// Draws the image at x 207 to 617 and y 256 to 512, without its outermost columns, so that the edges do not sample
+// across the border.
 void draw_lettering() {
     glTranslated(-100.0, 0.0, 0.0);
     glBegin(GL_QUADS);
@@ -58,13 +59,13 @@ void title_prepare() {
     title_texture = upload_and_free(img);
     font_free(font);
     loading_step();
-    // No scene has been rendered yet, so this is 0 and the title runs by show time.
+    // 0, as no scene has been rendered yet: the title runs by show time.
     title_base_time = g_scene_time;
 }
 
 void title_start() {}
 
-// The title is drawn first, so the blend function is what the frame before left. Meant.
+// The title is the first scene of the frame: it blends with the function left by the frame before. Intentional.
 void title_render() {
     const float t = static_cast<float>(g_demo_time - title_base_time);
     glClearColor(1, 1, 1, 0);
@@ -81,7 +82,7 @@ void title_render() {
     end_2d();
     glDepthMask(GL_TRUE);
     glEnable(GL_LIGHTING);
-    end_2d(); // one push, two pops, as on the loading screen. Meant.
+    end_2d(); // one push, two pops, as on the loading screen. Intentional.
 }
 
 void title_stop() {}

@@ -1,5 +1,5 @@
 // The language of the on-screen texts.
 #pragma once
 
-// 1 when English was chosen, else 0 (German). Written once by main, before anything reads it.
+// 1 for English, 0 for German. Written once by main, before anything reads it.
 extern int g_english;

@@ -1,5 +1,5 @@
-// The picture of the loading screen, stored inside the program in its own small format (packed_picture.h).
+// The picture of the loading screen, stored in the program in its own format (packed_picture.h).
 #pragma once
 
-// Decodes the stored picture, makes it the texture g_loading_texture and shows it by one loading_step.
+// Decodes the stored picture, uploads it as g_loading_texture and shows it with one loading_step.
 void make_loading_picture();

@@ -16,7 +16,7 @@ void draw_loading_screen() {
 
     glEnable(GL_TEXTURE_2D);
     glBindTexture(GL_TEXTURE_2D, g_loading_texture);
-    glColor3f(2.0f, 2.0f, 2.0f); // over-bright on purpose; clamped to white
+    glColor3f(2.0f, 2.0f, 2.0f); // above white; intentional, GL clamps it
     glDisable(GL_BLEND);
     glDisable(GL_LIGHTING);
     glDepthMask(GL_FALSE);
@@ -37,7 +37,7 @@ void draw_loading_screen() {
     glEnable(GL_LIGHTING);
     glDisable(GL_TEXTURE_2D);
     glDisable(GL_BLEND);
-    end_2d(); // one push, two pops: the second underflows, GL notes an error that nobody reads. Meant.
+    end_2d(); // one push, two pops: the second underflows and GL records an error that is not read. Intentional.
     glFlush();
     glutSwapBuffers();
 }

@@ -19,10 +19,6 @@ void end_2d() {
     glPopMatrix();
 }
 
-void blend_alpha() { glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA); }
-
-void set_white(double alpha) { glColor4f(1.0f, 1.0f, 1.0f, static_cast<float>(alpha)); }
-
 void draw_flat(double x0, double y0, double x1, double y1, double t0, double t1) {
     glBegin(GL_QUADS);
     glTexCoord2d(0, t0);

@@ -23,20 +23,21 @@ struct BitReader {
 
 BitReader g_bits;
 
+// The next byte of the source, or 0 past its end, which is recorded.
 unsigned next_byte() {
     if (g_bits.index < g_bits.size) return g_bits.source[g_bits.index++];
     g_bits.exhausted = 1;
     return 0;
 }
 
-// Zero bits up to the next one bit, which is taken too. Past the end there is none to wait for.
+// Number of zero bits before the next one bit, which is consumed too. Stops at the end of the source.
 int count_zero_bits() {
     int zeros = 0;
     while (read_bits(1) == 0 && !g_bits.exhausted) ++zeros;
     return zeros;
 }
 
-// The running DC value after the next block's change to it.
+// Reads the next block's change to the running DC value; returns the new value.
 int read_dc(int dc) {
     if (read_bits(1) == 0) return dc;
     const bool down = read_bits(1) != 0;
@@ -44,8 +45,9 @@ int read_dc(int dc) {
     return down ? dc - step : dc + step;
 }
 
-// Reads coefficients 1..15, from the last that is not zero downwards, over zeros. False when the runs lead
-// below the block's first position.
+// Reads the AC coefficients, from the last non-zero position downwards; runs of zeros lie between them. A valid
+// stream stays in positions 1..15. The runs of a damaged one may also lead to position 0, whose DC value it then
+// overwrites; false when they lead below it.
 bool read_coefficients(int coef[16]) {
     int last = static_cast<int>(read_bits(4));
     if (last == 0) return true;
@@ -66,6 +68,7 @@ bool read_coefficients(int coef[16]) {
     }
 }
 
+// The inverse transform of one row or column of a block, in place.
 void inverse_transform(int& e0, int& e1, int& e2, int& e3) {
     const int a = e0 + e2;
     const int b = e0 - e2;

@@ -24,6 +24,7 @@ bool field_changes(int flags, int field) {
     return true;
 }
 
+// Issues the calls of a blend mode, a culled side or a stencil mode; none for a value without a meaning.
 void call_blend_mode(int mode) {
     if (mode == kBlendAdd) glBlendFunc(GL_ONE, GL_ONE);
     if (mode == kBlendAlpha) glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
@@ -63,9 +64,9 @@ void set_render_state(int flags) {
     if (field_changes(flags, kCullSide)) call_cull_side(flags & kCullSide);
     if (field_changes(flags, kStencilMode)) call_stencil_mode(flags & kStencilMode);
 
-    // The stencil step above has already recorded the bit that this one shares with it, so colour writes are
-    // never turned off. What is left is the clean-up: a stencil field of 0 drops the recorded bit, so that
-    // the next request for kStencilShow issues its calls again. Meant.
+    // The stencil step above has already recorded the bit that kColorMask shares with it, so colour writes are never
+    // turned off. The only effect left: a stencil field of 0 turns them on (again) and clears the recorded bit, so
+    // that the next request for kStencilShow issues its calls. Intentional.
     const int mask_changed = (flags ^ g_render_state) & kColorMask;
     if (mask_changed) {
         const GLboolean write = (flags & kColorMask) ? GL_FALSE : GL_TRUE;
@@ -85,6 +86,10 @@ void init_gl_state() {
     glEnable(GL_NORMALIZE);
     glTexEnvf(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
 }
+
+void blend_alpha() { glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA); }
+
+void set_white(double alpha) { glColor4f(1.0f, 1.0f, 1.0f, static_cast<float>(alpha)); }
 
 void set_specular(float level, int shininess) {
     const float color[4] = {level, level, level, level};

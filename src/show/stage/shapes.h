@@ -3,7 +3,7 @@
 
 #include <GL/glu.h>
 
-// The one quadric that all scenes share. Made during loading, never deleted.
+// The quadric that the scenes share. Made during loading, never deleted.
 extern GLUquadric* g_quadric;
 
 // One quad from (x0, y0) to (x1, y1), without texture coordinates.
@@ -12,8 +12,8 @@ void draw_rect(double x0, double y0, double x1, double y1);
 // The same with texture coordinates (s0, t0) at (x0, y0) and (s1, t1) at (x1, y1).
 void draw_rect_tex(double x0, double y0, double x1, double y1, double s0, double t0, double s1, double t1);
 
-// A rectangle as ny strips of nx cells, facing +z. Texture coordinates are the positions times tex_scale: one
-// repeat spans 1 / tex_scale units.
+// A rectangle as ny strips of nx cells, facing +z. Texture coordinates are the positions times tex_scale: the texture
+// repeats every 1 / tex_scale units.
 void draw_grid_2d(double x0, double y0, double x1, double y1, double tex_scale, int nx, int ny);
 
 // A box between two corners: six faces, each with the whole texture and its outward normal.

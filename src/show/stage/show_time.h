@@ -1,11 +1,12 @@
-// The show's time, which every scene draws by.
+// The time that scenes draw by, in seconds.
 #pragma once
 
-extern double g_demo_time;  // seconds: show time of the current frame
-extern double g_scene_time; // seconds: local time of the scene being rendered; rewritten before each render
+extern double g_demo_time; // show time of the current frame
+extern double
+    g_scene_time; // time since the cue that started the scene being rendered; set before each render
 
-// A ramp that a scene can run. While *running is non-zero, with d = g_demo_time - t0:
+// A linear ramp over show time, seconds. No scene calls it. While *running is non-zero, with d = g_demo_time - t0:
 //   duration > 0:  *out = d / duration        and *running = (*out <= 1.0)
 //   duration <= 0: *out = 1.0 - d / -duration and *running = (*out >= 0.0)
-// and *running is returned. Returns 1 at once, writing nothing, when *running is 0. No scene calls it.
+// and *running is returned. When *running is 0 it writes nothing and returns 1.
 int ramp(int* running, double t0, double duration, double* out);

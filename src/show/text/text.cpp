@@ -11,8 +11,8 @@ int g_ft_ready = 0;
 
 namespace {
 
-// Where a glyph goes: its top-left pixel and how much of its bitmap is drawn. Nothing unless both sizes are
-// positive. 64 bits wide, so that a pen far outside of every image stays there.
+// Where a glyph is drawn: its top-left pixel, and the columns and rows of its bitmap that are drawn (none unless both
+// are positive). 64 bits wide, so that positions far outside the image do not wrap.
 struct Placement {
     std::int64_t x;
     std::int64_t y;
@@ -20,6 +20,7 @@ struct Placement {
     std::int64_t h;
 };
 
+// Places a rendered glyph at the pen, and cuts it at the image's edges.
 Placement place_glyph(const Image* img, const FT_GlyphSlot glyph, double pen_x, int baseline) {
     const std::int64_t width = glyph->bitmap.width;
     const std::int64_t rows = glyph->bitmap.rows;
@@ -31,14 +32,14 @@ Placement place_glyph(const Image* img, const FT_GlyphSlot glyph, double pen_x, 
     place.w = width;
     if (img->width < place.x + place.w) place.w = img->width - place.x;
     place.h = rows;
-    // From the width, not the height: meant. What would then leave the image or the bitmap is left out.
+    // The width in place of the height is intentional. The next line keeps the result inside image and bitmap.
     if (img->height < place.y + place.h) place.h = img->width - place.y;
     place.h = std::min({place.h, rows, img->height - place.y});
     return place;
 }
 
-// Lays the coverage over a plane in white. Full coverage of white leaves 65279, and no coverage takes 1/256
-// off: part of the look.
+// Blends white over a plane, by the glyph's coverage. The result is not exact (on white, full coverage gives 65279;
+// no coverage takes 1/256 off); that is part of the look.
 void composite(std::int32_t* plane, std::int32_t plane_width, const FT_Bitmap& bitmap,
                const Placement& place) {
     for (std::int64_t row = 0; row < place.h; ++row) {
@@ -51,8 +52,9 @@ void composite(std::int32_t* plane, std::int32_t plane_width, const FT_Bitmap& b
     }
 }
 
+// Draws a rendered glyph into the colour planes.
 void draw_glyph(Image* img, const FT_GlyphSlot glyph, double pen_x, int baseline) {
-    // A face of ready-made bitmaps may deliver other kinds, whose rows are no coverage bytes.
+    // A bitmap font may deliver other pixel formats, whose rows are not coverage bytes.
     if (glyph->bitmap.pixel_mode != FT_PIXEL_MODE_GRAY || glyph->bitmap.pitch < 0) return;
     const Placement place = place_glyph(img, glyph, pen_x, baseline);
     if (place.w <= 0 || place.h <= 0) return;
@@ -84,7 +86,7 @@ Font* font_load(const char* path) {
 void font_reopen(Font* font, const char* path) {
     if (!font) return;
     if (font->face) FT_Done_Face(font->face);
-    font->face = nullptr; // FreeType leaves it alone where it fails
+    font->face = nullptr; // FreeType does not write it when it fails
     FT_New_Face(g_ft_library, path, 0, &font->face);
 }
 
