@@ -1,7 +1,7 @@
-// What the show's own code costs per frame: every scene at moments of each of its passes, on a host whose GL
-// does nothing and logs nothing. Every benchmark also times as many bare GL calls of that host as the frame
-// makes and reports `x_calls`, the quotient of the shortest times of both: the figure to compare between
-// machines and commits. 1 would be a scene that computes nothing. `calls` is the number of calls per frame.
+// CPU time of the show's own code per frame: every scene at moments of each of its passes, on a host whose GL
+// functions do nothing. Every benchmark also times as many calls of an empty GL function as the frame makes, and
+// reports `x_calls`, the quotient of the shortest times of both: the figure to compare between machines and commits.
+// A scene that computes nothing would have 1. `calls` is the number of calls per frame.
 #include <GL/gl.h>
 #include <GL/glu.h>
 #include <benchmark/benchmark.h>
@@ -19,7 +19,7 @@
 
 namespace {
 
-// A start of a scene, and moments of the pass that it begins; seconds of show time.
+// A start of a scene and moments of the pass that it begins, in seconds of show time.
 struct Pass {
     SceneIndex scene;
     const char* name;
@@ -60,7 +60,7 @@ void prepare_show() {
     (void)prepared;
 }
 
-// Scenes count their starts and never go back, so passes are measured in ascending order.
+// Scenes count their starts and cannot be reset, so passes are measured in ascending order.
 void start_pass(const Pass& pass) {
     static int starts[kSceneCount];
     for (; starts[pass.scene] < pass.number; ++starts[pass.scene]) {
@@ -69,7 +69,7 @@ void start_pass(const Pass& pass) {
     }
 }
 
-// Of the processor's time, which a busy machine does not take from us.
+// CPU time of this thread, which does not depend on what else the machine does.
 double seconds_used() {
     timespec now;
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);

@@ -1,7 +1,7 @@
-// The image operations that scenes use, at the sizes at which they use them. Every benchmark also times a
-// memcpy of the same planes in the same run and reports `x_memcpy`, the quotient of the shortest times of
-// both: the figure to compare between machines and commits. Plasma, whose cost is its random numbers, also
-// reports `x_draws`, the multiple of a loop that only draws as many.
+// The image operations that scenes use, at the sizes at which they use them, with each variant of the inner loops.
+// Every benchmark also times a memcpy of the same planes in the same run and reports `x_memcpy`, the quotient of the
+// shortest times of both: the figure to compare between machines and commits. Plasma, whose cost is mostly random
+// numbers, also reports `x_draws`, its time relative to a loop that only draws as many.
 #include <GL/glu.h>
 #include <benchmark/benchmark.h>
 
@@ -21,7 +21,7 @@
 #include "show/image/upload.h"
 #include "tests/support/image.h"
 
-// The uploads go nowhere: what counts is the conversion to bytes.
+// GL functions that do nothing: only the conversion to bytes is measured.
 extern "C" {
 void glGenTextures(GLsizei, GLuint* names) { *names = 1; }
 void glBindTexture(GLenum, GLuint) {}
@@ -50,7 +50,7 @@ double seconds_of(const std::function<void()>& work) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
-// Copies the colour planes of an image to memory that is already there.
+// Copies the colour planes of an image to memory that is already allocated.
 struct PlaneCopy {
     std::vector<std::vector<std::int32_t>> copies;
 
@@ -67,7 +67,7 @@ struct PlaneCopy {
     }
 };
 
-// Gives an image its first values again: an operation must not work on what it has left behind.
+// Restores the original values, so that an operation does not work on its own result.
 void restore(Image* img, const Image* original) { image_blend(img, original, kMixReplace, 256); }
 
 void draw_numbers(std::size_t count) {
@@ -105,7 +105,7 @@ void measure(benchmark::State& state, const Case& c, const Loops* variant) {
     state.SetLabel(variant->name);
 }
 
-// What a scene does with a panel of text once the lines are drawn.
+// The steps of a scene after drawing the lines of a panel of text.
 void embolden_and_blur(Image* img) {
     image_levels(img, 7, 0, 65535, 65535, 0);
     image_rank(img, 0);
@@ -153,7 +153,7 @@ const Case kCases[] = {
     {"recipe_text_panel/512x512", 512, 512, 1, embolden_and_blur},
 };
 
-// Uneven weights, so that nothing can be folded.
+// A kernel of all different weights, which cannot be grouped.
 void register_kernel_cases() {
     static std::int32_t weights[49];
     for (int i = 0; i < 49; ++i) weights[i] = 1 + i * 5;

@@ -1,7 +1,7 @@
-// What loading takes besides the images: decoding the stored picture, and drawing a panel full of text. Each
-// also times its unavoidable part in the same run and reports the quotient of the shortest times of both, the
-// figure to compare between machines and commits: `x_memcpy` is decoding against copying the planes that come
-// out, `x_glyphs` drawing against FreeType's own rendering of the same characters.
+// The parts of loading that are not image operations: decoding the stored picture, and drawing a panel full of text.
+// Each also times a reference in the same run and reports the quotient of the shortest times of both, the figure to
+// compare between machines and commits: `x_memcpy` compares decoding with copying the decoded planes, `x_glyphs`
+// drawing with FreeType's rendering of the same characters.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>

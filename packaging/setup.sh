@@ -6,10 +6,10 @@ die() {
     exit 1
 }
 
-# The packages that a list in packaging/debian-packages names.
+# The packages of the given lists in packaging/debian-packages.
 packages_of() { grep -hv '^#' "${@/#/packaging/debian-packages/}"; }
 
-# Of the packages given, those that are not installed.
+# Those of the given packages that are not installed.
 missing_of() {
     local package
     for package in "$@"; do
@@ -30,7 +30,7 @@ require_packages() {
     [ -n "$missing" ] || return 0
     missing=$(paste -sd ' ' <<<"$missing")
     if [ "$(id -u)" != 0 ]; then
-        # With a terminal sudo may ask for a password there; without one it must not need any.
+        # With a terminal sudo may ask for a password; without one it must not.
         if [ -t 2 ] && command -v sudo >/dev/null; then
             as_root=(sudo)
         elif sudo -n true 2>/dev/null; then
@@ -41,8 +41,8 @@ require_packages() {
         fi
     fi
     say "Installing: $missing"
-    # Standard input stays the show's.
-    # An update may fail for a reason of its own, such as somebody else's expired repository.
+    # Standard input is for the show.
+    # An update may fail for reasons that do not matter here, such as an expired repository of another source.
     "${as_root[@]}" apt-get update -qq </dev/null >&2 ||
         say "The package lists could not be updated; trying with those that are here."
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \

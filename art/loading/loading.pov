@@ -1,8 +1,7 @@
-// The loading picture: a television from the seventies says what is going on, and a beer keeps it company.
+// The loading picture: a television from the seventies that shows "loading", with a glass of beer beside it.
 //
-// It is shown 410 pixels wide and 256 high in the middle of a white page, so the set is a white one without a
-// horizon and the picture's border runs out into pure white. Lengths are centimetres; y is up, and the camera
-// looks along z.
+// It is shown 410 pixels wide and 256 high in the middle of a white page, so the studio is white, without a horizon,
+// and the picture's border fades into pure white. Lengths are centimetres; y is up, and the camera looks along z.
 #version 3.7;
 
 global_settings {
@@ -27,7 +26,7 @@ camera {
 
 background { rgb 1 }
 
-// The paper: it takes shadows in front and dissolves into the white behind.
+// The paper: it shows shadows in front and fades into the white behind.
 plane {
   y, 0
   pigment {
@@ -56,7 +55,7 @@ light_source {
   photons { reflection off refraction off }
 }
 
-// The window that polished things mirror.
+// The window that reflecting surfaces mirror.
 box {
   <-16, -20, 0>, <16, 20, 0.1>
   pigment { rgb <1, 0.95, 0.86> }
@@ -166,7 +165,7 @@ union {
     }
     finish { Phosphor }
   }
-  // The lines that the beam leaves dark.
+  // The dark lines between the scan lines.
   texture {
     pigment {
       gradient y
@@ -351,7 +350,7 @@ object {
 object { Coaster rotate y * 20 translate <-12.2, Board_top, -4> }
 object { Mug rotate y * 14 translate <-12.2, Board_top + 0.305, -4> }
 
-// ---- Something to eat, and what the bottles left --------------------------------------------------------------
+// ---- Pretzel and crown caps -----------------------------------------------------------------------------------
 
 #declare Crust = texture {
   pigment {

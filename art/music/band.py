@@ -37,7 +37,7 @@ def clap(beat, v=1.0):
 
 
 def human(beat, v):
-    """A hand never strikes twice alike: up to 15 % more or less, always the same at the same beat."""
+    """Strength with a random-looking deviation of up to 15 %, always the same at the same beat."""
     return v * (0.85 + 0.3 * (math.sin(beat * 12.9898) * 43758.5453 % 1.0))
 
 
@@ -103,7 +103,7 @@ def blow(time, v=1.0, girder="d3", debris=1.1, sub=1.0, length=2.2):
 
 
 def hush(time, depth=0.72, length=0.085):
-    """A breath before an accent: everything drops away just before that second."""
+    """A short gap before an accent: everything is turned down just before that second."""
     show.at(time - length, "Hush", length - 0.0004, depth)
 
 

@@ -101,7 +101,7 @@ instr Duck
   gkDuck max gkDuck, kEnv * p4
 endin
 
-; The band holds its breath before an accent and lets go when the note ends. p4: depth (0..1).
+; Turns the band down before an accent, until the note ends. p4: depth (0..1).
 instr Hush
   kEnv   linseg 0, p3 * 0.45, 1, p3 * 0.55, 1
   gkHush max gkHush, kEnv * p4
@@ -126,7 +126,7 @@ instr Snare
   ToDrums aL, aR, p7
 endin
 
-; Hand clap: four hands, then the room they stand in. p5: room.
+; Hand clap: four short bursts, then a tail. p5: room.
 instr Clap
   kEnv   transeg 1, 0.009, -3, 0.05, 0, 0, 0.9, 0.009, -3, 0.05, 0, 0, 0.85, 0.010, -3, 0.05, 0, 0, 1, 0.16, -4, 0
   aN1    noise kEnv, 0
@@ -222,7 +222,7 @@ endin
 
 ; ---------------------------------------------------------------- effects
 
-; The blow that opens a scene: a falling sub, a burst of debris, a struck girder.
+; The blow that opens a scene: a falling sub-bass, a burst of noise (debris), a struck metal tone (girder).
 ; p5: pitch of the girder. p6: how long the debris hangs (s). p7: how much sub (0..1).
 instr Blow
   kF    expseg 150, 0.09, 62, 0.9, 34, 10, 34
@@ -413,7 +413,7 @@ instr Lead
   ToLead aL, aR, 0.16, p10
 endin
 
-; Home-computer chip: one pulse that runs through a chord fifty times a second.
+; Home-computer sound chip: one pulse wave that switches between the notes of a chord fifty times a second.
 ; p5, p6, p7: the chord (equal pitches make a single tone). p8: pulse width. p9: pan. p10: echo.
 instr Chip
   kStep phasor 50 / 3
@@ -442,7 +442,7 @@ instr Bell
   ToMusic aL, aR, 0.3, p9
 endin
 
-; The old bar's upright piano: two strings per note, a little apart, stiff as strings are.
+; An upright piano, slightly out of tune: two strings per note, with the stretched partials of stiff strings.
 ; p6: how far the strings are apart (cents). p7: pan. p8: room.
 opcode String, a, iii
   iF, iVel, iPart xin

@@ -28,7 +28,7 @@ PROST_AGAIN = "pr'o:st:2:1.7"
 
 
 def hook_line(beat, line, melody, high, low, voice=EN, level=1.0):
-    """Lead in the middle with a low octave under it, a third voice to each side."""
+    """The lead voice in the middle with its lower octave, and another voice to each side."""
     down = [p - 12 for p in pitches(melody)]
     return Phrase(beat, voice, line,
                   Voice(melody, 0.150 * level),
@@ -50,7 +50,7 @@ def hook(beat, level=1.0, lines="1234"):
 
 
 def chant(beat, voice, line, melody, level=0.135):
-    """A verse line: one voice, an octave under it, its shadow to the sides."""
+    """A verse line: one voice, its lower octave, and two detuned, delayed copies at the sides."""
     down = [p - 12 for p in pitches(melody)]
     return Phrase(beat, voice, line,
                   Voice(melody, level, 0.5, (-5, 6), 1.0, 0, 12),
@@ -87,14 +87,14 @@ WHISPERS = (
     whisper(320.5, DE, "gu::0:.5 t@:.5:.5 n'axt:1:1.3"),
 )
 
-# Somebody cannot wait for the toast.
+# An early, stuttered start of the toast.
 STUTTER = Phrase(266, DE, "pr'o:0:.22 pr'o:.5:.22 pr'o:1:.2 pr'o:1.25:.2 pr'o:1.5:.2",
                  Voice("c4 e4 g4 bb4 c5", 0.12), Voice("e4 g4 bb4 c5 e5", 0.08, 0.2, (-8, 6), 1.06),
                  Voice("g3 c4 e4 g4 bb4", 0.08, 0.8, (-6, 8), 0.95))
 
 
 def prost(beat, chord, level=1.0, length=1.7):
-    """Everybody."""
+    """The toast, sung by seven voices."""
     parts, spread = [], ((0.5, 1.0, 0.0), (0.2, 1.07, 0.008), (0.8, 0.93, 0.012), (0.08, 0.88, 0.022),
                          (0.92, 1.13, 0.018), (0.35, 1.02, 0.027), (0.65, 0.97, 0.03))
     for i, (pan, head, late) in enumerate(spread):

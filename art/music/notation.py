@@ -60,7 +60,7 @@ class Part:
         self.at(start, instrument, seconds(beat + beats) - start, *fields)
 
     def pattern(self, beat, steps, strike):
-        """Sixteenth steps: calls strike(beat, strength) for each letter; '.' and ' ' rest / space."""
+        """Sixteenth steps: calls strike(beat, strength) for each letter. '.' is a rest; ' ' and '|' are ignored."""
         for i, letter in enumerate(steps.replace(" ", "").replace("|", "")):
             if letter != ".":
                 strike(beat + i * 0.25, STEP[letter])

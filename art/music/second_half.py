@@ -82,7 +82,7 @@ def hook_band(beat, shift, energy, bars=range(4)):
 
 
 def first_statement():
-    """80 to 88 s: red and green bars; the chip plays the hook that nobody has sung yet."""
+    """80 to 88 s: red and green bars; the chip plays the hook before it is sung for the first time."""
     crash(160, 1.0)
     hook_band(160, 0, 1)
     chip_lead(160, HOOK, 1.6, 0, 0.32, 0.42)

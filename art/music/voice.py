@@ -1,10 +1,9 @@
-"""The singer: espeak-ng speaks one syllable at a time, this makes it sing.
+"""The singer: turns syllables spoken by espeak-ng into sung ones.
 
-From each spoken syllable only what the mouth does is kept: the spectral envelope (linear
-prediction, every 5 ms) and how much of the sound is breath. The mouth is then stretched to the
-note's length (consonants keep their pace, the vowel is held) and put over new vocal cords: pulse
-trains on the melody's pitch with portamento and vibrato, and noise for the breath. One mouth can
-drive several pitches, which makes the choir.
+Of each spoken syllable two things are kept, here called the mouth: the spectral envelope (linear prediction) and the
+degree of voicing. The mouth is stretched to the note's length (consonants keep their speed, the vowel is held) and used
+as a filter for a new source, here called the cords: pulse trains at the melody's pitch with portamento and vibrato, and
+noise for the breath. One mouth can filter several pitches, which makes the choir.
 """
 
 import subprocess
@@ -45,7 +44,7 @@ def speak(phonemes, voice, cache={}):
 
 
 def mouth(x):
-    """Envelope (frames x BINS, magnitude) and voicing (0..1) every STEP of a spoken syllable."""
+    """Envelope (states x BINS, magnitude) and voicing (0..1) of a spoken syllable, one state every STEP seconds."""
     size, hop = 560, STEP * SPEECH
     x = np.concatenate([np.zeros(size // 2), x, np.zeros(size)])
     emphasised = np.append(x[0], x[1:] - 0.95 * x[:-1])
@@ -74,7 +73,7 @@ def mouth(x):
 
 
 class Syllable:
-    """A mouth with its places: where the vowel starts, where it can be held, where it ends."""
+    """A mouth, with the states at which the vowel starts, can be held (from, to) and ends."""
 
     def __init__(self, phonemes, voice):
         self.envelope, self.voiced = mouth(speak(phonemes, voice))
@@ -90,11 +89,11 @@ class Syllable:
         self.hold = start + 0.30 * (end - start), start + 0.52 * (end - start)
 
     def lead_in(self):
-        """Seconds of consonants before the vowel, as sung."""
+        """Duration of the consonants before the vowel as sung, in seconds."""
         return min(self.start * STEP, 0.13)
 
     def frames(self, count):
-        """The path through the mouth that fills that many states."""
+        """The positions in the spoken mouth for `count` states of the sung one."""
         opening = int(min(self.start, 0.13 / STEP))
         closing = len(self.voiced) - self.end
         vowel_in, vowel_out = self.hold[0] - self.start, self.end - self.hold[1]
@@ -108,7 +107,7 @@ class Syllable:
 
 
 def between(table, at):
-    """Rows of a table at fractional places."""
+    """Rows of a table at fractional positions, interpolated linearly."""
     low = np.minimum(at.astype(int), len(table) - 1)
     high = np.minimum(low + 1, len(table) - 1)
     part = at - low
@@ -118,7 +117,7 @@ def between(table, at):
 
 
 def phrase_mouth(syllables, times, ends):
-    """One mouth for a whole phrase; times are the vowels' places. Returns first second, states."""
+    """The mouth of a whole phrase, whose vowels start at `times`. Returns its start (s), envelope and voicing."""
     begin = times[0] - syllables[0].lead_in() - 0.02
     count = int((ends[-1] + 0.25 - begin) / STEP)
     envelope, voiced = np.zeros((count, BINS)), np.zeros(count)
@@ -137,7 +136,7 @@ def phrase_mouth(syllables, times, ends):
 
 
 def cords(midi, voiced, rng, detune, breath):
-    """Vocal cords: pulse trains a few cents apart where the mouth is voiced, noise elsewhere."""
+    """The source: pulse trains a few cents apart where the mouth is voiced, noise elsewhere."""
     count = len(midi) * HOP
     place = np.arange(count) / HOP
     curve = np.interp(place, np.arange(len(midi)), midi)
@@ -159,7 +158,7 @@ def cords(midi, voiced, rng, detune, breath):
 
 
 def through(envelope, source):
-    """The cords' sound through the moving mouth."""
+    """The source, filtered by the moving mouth."""
     window = np.hanning(SIZE + 1)[:-1]
     out = np.zeros(len(source) + SIZE)
     padded = np.concatenate([np.zeros(SIZE // 2), source, np.zeros(SIZE)])
@@ -170,7 +169,7 @@ def through(envelope, source):
 
 
 def melody(begin, count, times, notes, vibrato):
-    """Pitch of every state: each note slides in over 70 ms around its vowel and then trembles."""
+    """Pitch of every state: each note slides in over 70 ms around its vowel, then gets a vibrato."""
     t = begin + np.arange(count) * STEP
     curve = np.full(count, float(notes[0]))
     for i in range(1, len(notes)):
@@ -183,7 +182,7 @@ def melody(begin, count, times, notes, vibrato):
 
 
 def shifted(envelope, factor):
-    """The mouth of a larger (factor below 1) or smaller head."""
+    """The envelope scaled in frequency: of a larger (factor below 1) or smaller head."""
     if factor == 1.0:
         return envelope
     place = np.arange(BINS) / factor
@@ -210,8 +209,8 @@ class Choir:
         self.track[i:i + n, 0] += sound[:n] * np.cos(pan * np.pi / 2)
         self.track[i:i + n, 1] += sound[:n] * np.sin(pan * np.pi / 2)
 
-    def sing(self, origin, phrase, transpose=0, parts=None):
-        """Sings a phrase: see Phrase; parts chooses among its voices."""
+    def sing(self, origin, phrase, transpose=0):
+        """Sings a phrase (see Phrase), transposed by semitones."""
         syllables = [Syllable(s, phrase.voice) for s in phrase.syllables]
         times = [seconds(phrase.beat + b) - origin for b in phrase.beats]
         ends = [seconds(phrase.beat + b + d) - origin - 0.02 for b, d in zip(phrase.beats, phrase.lengths)]

@@ -1,4 +1,4 @@
-// Writes bits, the most significant first.
+// Writes a bit stream, most significant bit first.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +17,7 @@ public:
         }
     }
 
-    // Appends the exponential-Golomb code of order 0.
+    // Appends the exponential-Golomb code (order 0) of value.
     void write_gamma(unsigned value) {
         int k = 0;
         while ((value + 1) >> (k + 1)) ++k;

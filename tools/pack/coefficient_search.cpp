@@ -8,7 +8,7 @@
 
 namespace {
 
-// One dimension of the inverse transform: what each of its four inputs adds to the four outputs.
+// One dimension of the inverse transform: the shares of its four inputs (rows) in the four outputs.
 constexpr double kBasis[4][4] = {
     {1.0, 1.0, 1.0, 1.0}, {1.0, 0.5, -0.5, -1.0}, {1.0, -1.0, -1.0, 1.0}, {0.5, -1.0, 1.0, -0.5}};
 constexpr double kNorm[4] = {4.0, 2.5, 4.0, 2.5};
@@ -23,16 +23,15 @@ struct Coefficient {
     double step_error; // weighted squared error per squared step
 };
 
-// Cost of a coefficient's level. Error of 0 when `level` is what the magnitude asks for.
+// The error of coding a coefficient with magnitude `level`.
 double error_at(const Coefficient& coefficient, double level) {
     const double miss = coefficient.magnitude - level;
     return coefficient.step_error * miss * miss;
 }
 
-// The codes run from the highest coefficient down to the first, and each magnitude is written with at least
-// as many bits as the one before. So the best way on depends on three numbers only: the position of a
-// coefficient that is kept, how many of the positions below it are zeros, and the magnitude length so far.
-// This is dynamic programming over those.
+// Coefficients are coded from the highest position down to the first, and each magnitude takes at least as many bits
+// as the one before. So the best continuation depends on three numbers only: the position of a coefficient that is
+// kept, the number of zeros below it, and the magnitude length so far. This is dynamic programming over those.
 class Trellis {
 public:
     Trellis(const double target[16], double weight, int quant, double lambda) : lambda_(lambda) {
@@ -45,12 +44,13 @@ public:
 
     double all_zero_cost() const { return zeros_error_[15] + lambda_ * 4; }
 
-    // The whole cost of a block whose last coefficient stands at `last` over `zeros` zeros.
+    // The cost of a block whose last coefficient is at position `last`, with `zeros` zeros below it.
     double cost(int last, int zeros) const {
         return step_[last][zeros][0].cost + zeros_error_[15] - zeros_error_[last] +
                lambda_ * header_bits(last);
     }
 
+    // The levels that have this cost.
     AcChoice choice(int last, int zeros) const {
         AcChoice result = {{}, header_bits(last), cost(last, zeros)};
         int position = last;
@@ -78,6 +78,7 @@ private:
 
     static int header_bits(int last) { return 4 + bit_length(last - 1); }
 
+    // Computes the coefficients of the samples, in quantiser steps.
     void transform(const double target[16], double weight, int quant) {
         for (int i = 1; i < 16; ++i) {
             const int v = kZigzag[i] / 4;
@@ -92,6 +93,7 @@ private:
         }
     }
 
+    // Finds the best continuation at a position for every magnitude length; those of lower positions are known.
     void solve(int position, int zeros) {
         const bool lowest = position - zeros == 1;
         for (int length = 0; length <= kMaxMagnitudeBits; ++length) {
@@ -105,6 +107,7 @@ private:
         for (int length = 0; length <= kMaxMagnitudeBits; ++length) best_level(position, zeros, length);
     }
 
+    // Finds the best run of zeros below a position.
     void best_run(int position, int zeros, int length) {
         below_[length] = kNever;
         for (int run = 0; run <= zeros; ++run) {
@@ -117,6 +120,7 @@ private:
         }
     }
 
+    // Finds the best level at a position, and the magnitude length that it takes.
     void best_level(int position, int zeros, int length) {
         const Coefficient& coefficient = coefficients_[position];
         const int wanted = std::max(1, static_cast<int>(std::lround(coefficient.magnitude)));

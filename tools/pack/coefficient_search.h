@@ -1,5 +1,4 @@
-// The choice of a block's fifteen AC coefficients: which to keep, and at which level, so that error plus bits
-// are least.
+// Chooses the levels of a block's fifteen AC coefficients so that the sum of error and weighted bits is smallest.
 #pragma once
 
 #include <array>
@@ -11,11 +10,11 @@ struct AcChoice {
     double cost;                // weighted squared error of the AC part + lambda * bits
 };
 
-// The best choice for every possible place of the last coefficient and every number of zeros below it, best
-// first, at most `limit` of them; never empty. `target` holds 16 samples row by row, `weight` what a squared
-// error of one sample counts, `lambda` what a bit counts. Exact but for the rounding inside the transform.
+// The best choice for every possible position of the last coefficient and every number of zeros below it, best first,
+// at most `limit` of them; never empty. `target` holds 16 samples row by row; `weight` is the cost of a squared error
+// of one sample, `lambda` that of a bit. Exact except for the rounding inside the transform.
 std::vector<AcChoice> search_coefficients(const double target[16], double weight, int quant, double lambda,
                                           std::size_t limit);
 
-// The level that the DC coefficient should have so that the block's mean comes closest to `mean` samples.
+// The level of the DC coefficient with which the block's mean is closest to `mean` (in sample units).
 int nearest_dc(double mean, int quant);

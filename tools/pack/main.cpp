@@ -1,4 +1,4 @@
-// skav-pack: packs a picture for the program, or shows what a packed one holds.
+// skav-pack: packs a picture into the format of the loading picture, or unpacks one.
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
@@ -122,6 +122,7 @@ void write_file(const std::string& path, const std::string& content) {
         throw std::runtime_error(path + ": " + (errno ? std::strerror(errno) : "it cannot be written"));
 }
 
+// C++ source that defines the bytes as NAME and their number as NAMESize.
 std::string as_source(const std::string& name, const std::vector<std::uint8_t>& bytes) {
     std::ostringstream out;
     out << "// Written by skav-pack; change the picture and pack it again.\n"

@@ -36,7 +36,7 @@ void check_size(const std::string& path, unsigned long width, unsigned long heig
                        " can be packed");
 }
 
-// The simplified reader's record, freed however its reader ends.
+// Owns the record of libpng's simplified reader and writer.
 struct PngImage {
     png_image image = {};
     PngImage() { image.version = PNG_IMAGE_VERSION; }
@@ -58,7 +58,7 @@ Picture read_png(const std::string& path, std::FILE* file, int max_side) {
     return picture;
 }
 
-// The next number of a PPM header, over white space and comments.
+// Reads the next number of a PPM header, skipping white space and comments before it.
 unsigned long read_ppm_number(const std::string& path, std::FILE* file) {
     int c = std::fgetc(file);
     while (c == '#' || std::isspace(c)) {
@@ -72,7 +72,7 @@ unsigned long read_ppm_number(const std::string& path, std::FILE* file) {
         number = 10 * number + static_cast<unsigned long>(c - '0');
         if (number > 1000000) fail(path, "the PPM header holds a number that is too large");
     }
-    return number; // the one white space behind it is taken
+    return number; // the white space character after it is consumed
 }
 
 Picture read_ppm(const std::string& path, std::FILE* file, int max_side) {
@@ -95,7 +95,7 @@ Picture read_picture(const std::string& path, int max_side) {
     const File file = open_to_read(path);
     unsigned char magic[8] = {};
     const std::size_t got = std::fread(magic, 1, sizeof magic, file.get());
-    if (std::ferror(file.get())) fail(path, std::strerror(errno)); // a folder opens, but does not read
+    if (std::ferror(file.get())) fail(path, std::strerror(errno)); // a directory can be opened, but not read
     std::rewind(file.get());
     if (got == sizeof magic && png_sig_cmp(magic, 0, sizeof magic) == 0)
         return read_png(path, file.get(), max_side);

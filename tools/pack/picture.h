@@ -1,4 +1,4 @@
-// Pictures as 8-bit RGB, from and to files.
+// 8-bit RGB pictures, and reading and writing their files.
 #pragma once
 
 #include <cstddef>
@@ -23,6 +23,6 @@ void write_png(const std::string& path, const Picture& picture);
 // Decodes a packed picture. Throws std::runtime_error when the bytes do not hold a whole one.
 Picture decode_picture(const std::vector<std::uint8_t>& packed);
 
-// Peak signal-to-noise ratio over all three channels, in decibels; infinite for equal pictures. The sizes are
-// equal.
+// Peak signal-to-noise ratio over all three channels, in decibels; infinite for equal pictures. Both have the
+// same size.
 double psnr(const Picture& a, const Picture& b);

@@ -14,17 +14,17 @@
 
 namespace {
 
-// How many beginnings are carried from block to block, and how many ways to code a block each of them tries.
+// Beginnings kept after each block, and AC choices that each of them tries for the next.
 constexpr std::size_t kBeamWidth = 24;
 constexpr std::size_t kAcChoices = 6;
 
-// What a squared error of one sample does to the squared error of the RGB picture, in units of luma's: chroma
-// samples serve four pixels each.
+// Effect of a squared error of one sample on the squared error of the RGB picture, relative to luma's. A chroma
+// sample covers four pixels.
 constexpr double kLumaGain = 3 * 298.0 * 298.0;
 constexpr double kCbWeight = 4 * (100.0 * 100.0 + 516.0 * 516.0) / kLumaGain;
 constexpr double kCrWeight = 4 * (409.0 * 409.0 + 208.0 * 208.0) / kLumaGain;
 
-// A sample as the packer wants it: any value in low..high is as good as right.
+// The wanted value of a sample. Every decoded value in low..high counts as exact.
 struct Sample {
     double value;
     double low;
@@ -32,7 +32,7 @@ struct Sample {
     double weight;
 };
 
-// The sheet of samples that the stream codes: luma rows, then chroma rows with Cb left and Cr right.
+// The samples in the order of the stream: luma rows, then chroma rows with Cb left and Cr right.
 struct Sheet {
     int width;
     int rows; // of blocks
@@ -48,7 +48,7 @@ struct Yuv {
     double y, u, v;
 };
 
-// Solves the decoder's three colour equations for the samples that give this colour.
+// The samples that the decoder turns into this colour, from its three colour equations.
 Yuv yuv_of(double r, double g, double b) {
     // g = luma - (100 u + 208 v) / 256 with u = (b - luma) 256 / 516, v = (r - luma) 256 / 409
     const double share_b = 100.0 / 516.0;
@@ -58,10 +58,11 @@ Yuv yuv_of(double r, double g, double b) {
             (r - luma) * 256.0 / 409.0 + 128.0};
 }
 
-// Beyond white and black the decoder clamps. White is wanted a little beyond, so that it stays white where
-// the chroma samples are off by a little.
+// The decoder clamps beyond white and black. Pixels of pure white want a slightly higher luma, so that they stay
+// white when the chroma samples are slightly off.
 constexpr double kWhiteHeadroom = 3.0;
 
+// The wanted luma of a pixel; for pure white and black, values beyond count as exact.
 Sample luma_sample(double y, const std::uint8_t* rgb) {
     if (rgb[0] == 255 && rgb[1] == 255 && rgb[2] == 255)
         return {y + kWhiteHeadroom, y + kWhiteHeadroom, 255.0, 1.0};
@@ -81,7 +82,7 @@ Sheet make_sheet(const Picture& picture) {
         yuv.push_back(yuv_of(rgb[0], rgb[1], rgb[2]));
         sheet.samples.push_back(luma_sample(yuv.back().y, rgb));
     }
-    // One chroma sample for 2 by 2 pixels, shown as four equal ones: their mean is the best.
+    // One chroma sample stands for 2 by 2 pixels; their mean has the smallest error.
     const auto mean = [&](double Yuv::*part, int x, int y) {
         const auto pixel = [&](int px, int py) {
             return yuv[static_cast<std::size_t>(py) * static_cast<std::size_t>(w) +
@@ -103,13 +104,13 @@ Sheet make_sheet(const Picture& picture) {
     return sheet;
 }
 
-// A block as it goes into the stream.
+// A block as it is written to the stream.
 struct CodedBlock {
     int dc_change;
     std::array<int, 16> levels; // levels[0] is not used
 };
 
-// A beginning of the stream: what the decoder knows after it, and what it costs.
+// A beginning of the stream: the decoder's state after it, and its cost.
 struct Beginning {
     double cost = 0.0;
     int dc = 0;
@@ -118,10 +119,11 @@ struct Beginning {
 };
 
 struct HistoryEntry {
-    int before; // block before this one, or -1
+    int before; // index of the block before this one, or -1
     CodedBlock block;
 };
 
+// Lengths of the codes, in bits.
 int gamma_bits(unsigned value) {
     int k = 0;
     while ((value + 1) >> (k + 1)) ++k;
@@ -132,10 +134,11 @@ int dc_change_bits(int change) {
     return change == 0 ? 1 : 2 + gamma_bits(static_cast<unsigned>(std::abs(change)) - 1);
 }
 
-// What a residual has to be before the decoder's division by 16, which rounds to the nearest above zero but
-// up below it.
+// The residual to aim at before the decoder's division by 16, which rounds to the nearest above zero, but up
+// below it.
 double before_rounding(double residual) { return residual <= -0.5 ? residual - 15.0 / 16.0 : residual; }
 
+// The beam search over the blocks of a picture.
 class Packer {
 public:
     Packer(const Picture& picture, int quant, double lambda)
@@ -153,14 +156,16 @@ public:
     }
 
 private:
+    // A beginning extended by one way to code the next block.
     struct Extension {
         double cost;
-        std::size_t from; // beginning
-        std::size_t ac;
+        std::size_t from; // index of the beginning
+        std::size_t ac;   // index of the AC choice
         int dc;
         unsigned char predictor;
     };
 
+    // Extends the beam by the block in a row and column of blocks.
     void code_block(int row, int column) {
         Sample wanted[16];
         for (int i = 0; i < 16; ++i) wanted[i] = sheet_.at(4 * column + i % 4, 4 * row + i / 4);
@@ -186,8 +191,7 @@ private:
         keep_best(extensions, choices, column);
     }
 
-    // DC levels worth a try: those around the right one, the one that needs no change, and the nearest change
-    // that is a bit shorter to say.
+    // DC levels to try: those around the nearest one, the unchanged one, and the nearest change with a shorter code.
     std::vector<int> dc_candidates(const Sample wanted[16], int prediction, int before) const {
         double mean = 0.0;
         for (int i = 0; i < 16; ++i) mean += before_rounding(wanted[i].value - prediction) / 16.0;
@@ -200,6 +204,7 @@ private:
         return {candidates.begin(), candidates.end()};
     }
 
+    // Decodes the block as coded, and adds up error and bits.
     Extension extend(std::size_t from, const AcChoice& choice, std::size_t ac, int dc, int prediction,
                      const Sample wanted[16]) const {
         std::array<int, 16> coef = choice.levels;
@@ -215,7 +220,7 @@ private:
         return {beam_[from].cost + error + lambda_ * bits, from, ac, dc, block_predictor(decoded)};
     }
 
-    // The next beam: the cheapest extensions, of those that leave the same DC and predictor only one.
+    // Makes the next beam from the cheapest extensions, only one of those with the same DC and predictor.
     void keep_best(std::vector<Extension>& extensions, const std::vector<AcChoice>& choices, int column) {
         std::sort(extensions.begin(), extensions.end(),
                   [](const Extension& a, const Extension& b) { return a.cost < b.cost; });
@@ -235,6 +240,7 @@ private:
         beam_ = std::move(next);
     }
 
+    // The blocks of the cheapest beginning, in order.
     std::vector<CodedBlock> trace_back() const {
         std::vector<CodedBlock> blocks;
         for (int i = beam_[0].last_block; i >= 0; i = history_[static_cast<std::size_t>(i)].before)
@@ -293,8 +299,8 @@ void check_side(const char* name, int side) {
 } // namespace
 
 double default_lambda(int quant) {
-    // A bit is worth what it buys at high rates. There one bit more per coefficient divides the squared error
-    // by four (6 dB), so D = step^2 / 12, a uniform error over the DC's step, falls by 2 ln(2) D per bit.
+    // The value of a bit at high rates: one more bit per coefficient divides the squared error by four (6 dB), so
+    // D = step^2 / 12, the error of a uniform distribution over the DC's step, falls by 2 ln(2) D per bit.
     const double step = quant / 4.0; // of the orthonormal transform
     return 2.0 * std::log(2.0) * step * step / 12.0;
 }

@@ -1,8 +1,8 @@
-// The packer: a picture into the packed format, with the best bits that the format allows.
+// Packs pictures into the format of show/stage/packed_picture.h.
 //
-// It works in closed loop: it predicts every block from what the decoder will have decoded, by the decoder's
-// own code, and weighs what a choice does to the blocks that come after by carrying the best few beginnings
-// along.
+// The packer works in a closed loop: it predicts every block from decoded samples, with the decoder's own code. A
+// choice also affects the prediction of later blocks; a beam search, which keeps the best few beginnings of the
+// stream, takes account of that.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@ constexpr int kMaxPackedSide = 1020; // pixels: 255 blocks
 
 struct PackOptions {
     int quant = 20;      // 1 (nearly lossless) .. 255
-    double lambda = 0.0; // squared error that one bit is worth; 0 stands for what suits the quantiser
+    double lambda = 0.0; // squared error that one bit is worth; 0 for default_lambda
 };
 
 struct PackedPicture {
@@ -23,10 +23,9 @@ struct PackedPicture {
     std::size_t bits; // of the stream, without the padding of its last byte
 };
 
-// What one bit is worth at a quantiser, in squared levels, when nothing else is asked for.
+// The squared error, in squared levels, that one bit is worth at a quantiser by default.
 double default_lambda(int quant);
 
-// Packs a picture. Throws std::runtime_error when a side is not a multiple of 4 pixels in 4..1020, or when an
-// option is out of its range. A side that is a multiple of 4 but not of 8 is possible; where it is the
-// height, the format has no colour for the lowest four rows.
+// Packs a picture. Throws std::runtime_error if a side is not a multiple of 4 pixels in 4..1020, or an option is out
+// of its range. With a height that is not a multiple of 8, the format has no colour for the lowest four rows.
 PackedPicture pack_picture(const Picture& picture, const PackOptions& options);
