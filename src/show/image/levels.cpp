@@ -11,16 +11,19 @@
 
 namespace {
 
-// Whether every clamped value gives a result of 32 bits; the map is monotonic, so its ends decide.
+// Whether the differences from in_lo and the results of all clamped values fit into 32 bits. The map is monotonic, so
+// the results at its ends decide; that at in_lo is out_lo.
 bool results_fit(const LevelMap& map) {
-    if (map.in_hi - map.in_lo < 0) return false; // the difference itself leaves 32 bits
-    return fits_32((map.in_hi - map.in_lo) * map.scale + map.out_lo);
+    const double range = static_cast<double>(map.in_hi) - map.in_lo;
+    return fits_32(range) && fits_32(range * map.scale + map.out_lo);
 }
 
+// The map for any ranges.
 void map_levels_checked(std::int32_t* values, std::size_t count, const LevelMap& map) {
+    const double in_lo = map.in_lo;
     for (std::size_t i = 0; i < count; ++i) {
         const std::int32_t v = std::clamp(values[i], map.in_lo, map.in_hi);
-        values[i] = truncate((v - map.in_lo) * map.scale + map.out_lo);
+        values[i] = truncate((v - in_lo) * map.scale + map.out_lo);
     }
 }
 
@@ -28,12 +31,14 @@ void map_levels_checked(std::int32_t* values, std::size_t count, const LevelMap&
 
 void map_levels(std::int32_t* values, std::size_t count, std::int32_t in_lo, std::int32_t in_hi,
                 std::int32_t out_lo, std::int32_t out_hi) {
-    const double scale = static_cast<double>(out_hi - out_lo) / (in_hi - in_lo);
+    const double in_range = static_cast<double>(in_hi) - in_lo,
+                 out_range = static_cast<double>(out_hi) - out_lo;
+    const double scale = out_range / in_range;
     const LevelMap map = {in_lo, in_hi, out_lo, scale};
-    if (!results_fit(map)) {
+    if (scale == 1.0 || scale == -1.0) {
+        loops().shift_levels(values, count, map); // the results lie between out_lo and out_hi
+    } else if (!results_fit(map)) {
         map_levels_checked(values, count, map);
-    } else if (scale == 1.0 || scale == -1.0) {
-        loops().shift_levels(values, count, map);
     } else {
         loops().map_levels(values, count, map);
     }

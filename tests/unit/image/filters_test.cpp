@@ -512,6 +512,18 @@ TEST_P(Levels, StretchTowardsZero) {
     EXPECT_EQ(grey_of(img), (Values{0, 2, 4, 5}));
 }
 
+TEST_P(Levels, TakeDifferencesOfMoreThan31Bits) {
+    const ImagePtr wide = make_grey(1, 1, {0});
+    image_levels(wide.get(), 2, -1073741824, 1073741824, 0, 65535);
+    EXPECT_EQ(grey_of(wide), (Values{32767}));
+    const ImagePtr widened = make_grey(3, 1, {0, 1, 2});
+    image_levels(widened.get(), 2, 0, 2, INT32_MIN, INT32_MAX);
+    EXPECT_EQ(grey_of(widened), (Values{INT32_MIN, 0, INT32_MAX})); // -0.5 is truncated
+    const ImagePtr inverted = make_grey(3, 1, {INT32_MIN, 0, INT32_MAX});
+    image_levels(inverted.get(), 2, INT32_MIN, INT32_MAX, INT32_MAX, INT32_MIN);
+    EXPECT_EQ(grey_of(inverted), (Values{INT32_MAX, -1, INT32_MIN}));
+}
+
 TEST_P(Levels, SwapBothPairsWhereTheInputRunsDown) {
     const ImagePtr img = make_grey(3, 1, {10, 15, 20});
     image_levels(img.get(), 2, 20, 10, 0, 100);

@@ -264,12 +264,12 @@ Picture levels(Picture p, std::uint32_t mask, std::int32_t in_lo, std::int32_t i
         std::swap(in_lo, in_hi);
         std::swap(out_lo, out_hi);
     }
-    const double scale = static_cast<double>(minus(out_hi, out_lo)) / minus(in_hi, in_lo);
+    const double from = in_lo, scale = (static_cast<double>(out_hi) - out_lo) / (in_hi - from);
     const auto map = [&](Values& values) {
         for (std::int32_t& v : values) {
             if (v < in_lo) v = in_lo;
             if (v > in_hi) v = in_hi;
-            v = trunc_32(minus(v, in_lo) * scale + out_lo);
+            v = trunc_32((v - from) * scale + out_lo);
         }
     };
     if (mask & 1) map(p.red);
