@@ -1,4 +1,4 @@
-# Shared by ./run and ./test, which source it from the project's root: installing what is missing, and building.
+# Functions that ./run and ./test share, which source this from the project's root: installing packages, and building.
 
 say() { printf '%s\n' "$*" >&2; }
 die() {
@@ -17,8 +17,8 @@ missing_of() {
     done
 }
 
-# Installs whatever the lists given name and the machine lacks. Asks for nothing when nothing is missing. Where it
-# may not install, it prints what to install and ends, with nothing done.
+# Installs the packages of the given lists that the machine lacks. Without the right to install it prints the command
+# that would, and ends.
 require_packages() {
     command -v dpkg-query >/dev/null || {
         say "This machine has no dpkg: taking for granted that the equivalents of these Debian packages are here:"
@@ -50,10 +50,10 @@ require_packages() {
         die "Installing failed. What is missing: $missing"
 }
 
-# Whether a preset's build folder belongs to this checkout. After a move or a copy it still points to the old place.
+# Whether a preset's build folder was made for this checkout. After a move or a copy it still names the old place.
 is_ours() { grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "build/$1/CMakeCache.txt"; }
 
-# Configures a preset, from the start where its build folder belongs to another place.
+# Configures a preset. A build folder that was made for another place is deleted first.
 configure() {
     local preset=$1 folder=build/$1 log
     if [ -e "$folder/CMakeCache.txt" ] && ! is_ours "$preset"; then
@@ -64,8 +64,8 @@ configure() {
 Configuring failed (preset $preset)."
 }
 
-# Builds targets of a preset, all of them when none is named, and configures it first where that was not done yet or
-# without these targets. Prints nothing when there is nothing to do.
+# Builds targets of a preset, by default all. Configures it first if that has not been done, or was done without these
+# targets. Prints nothing if there is nothing to do.
 build() {
     local preset=$1 log plan command=(cmake --build --preset "$1")
     shift
