@@ -1,12 +1,13 @@
-// How the exporter says that it cannot go on: one clear line and an exit status.
+// An error that ends the export: one line for the user and an exit status.
 #pragma once
 
 #include <stdexcept>
 #include <string>
 
-// Exit statuses besides 0 and what the show itself exits with.
+namespace offscreen {
+
 constexpr int kStatusFailed = 1; // what was asked for could not be done
-constexpr int kStatusUsage = 2;  // what was asked for makes no sense
+constexpr int kStatusUsage = 2;  // the command line makes no sense
 
 class Failure : public std::runtime_error {
 public:
@@ -17,3 +18,5 @@ public:
 private:
     int status_;
 };
+
+} // namespace offscreen

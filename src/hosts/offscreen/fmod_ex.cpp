@@ -7,8 +7,12 @@
 #include <vector>
 
 #include "hosts/common/mp3_stream.h"
-#include "hosts/offscreen/clock.h"
+#include "hosts/offscreen/frames/clock.h"
 #include "hosts/offscreen/run.h"
+
+using offscreen::Clock;
+using offscreen::Failure;
+using offscreen::for_show;
 
 struct FMOD_SYSTEM {
     bool initialised = false;
@@ -47,7 +51,7 @@ void check_music(const char* file) {
 
 } // namespace
 
-void set_clock(Clock* clock) { g_clock = clock; }
+void offscreen::set_clock(Clock* clock) { g_clock = clock; }
 
 extern "C" {
 

@@ -1,5 +1,5 @@
-// GLUT without a window. The display is the off-screen surface, the loop calls back as often as there are
-// frames, and no event ever comes.
+// GLUT without a window: the display is the off-screen surface, the loop calls back once for each frame, and there is
+// no input.
 #include <GL/glut.h>
 
 #include <cstdio>
@@ -8,14 +8,18 @@
 #include "hosts/offscreen/prompt.h"
 #include "hosts/offscreen/run.h"
 
+using offscreen::Failure;
+using offscreen::for_show;
+using offscreen::the_run;
+
 namespace {
 
-constexpr int kMostIdleCalls = 10'000; // without asking for a frame
+constexpr int kMostIdleCalls = 10'000; // without a request for a frame
 
 int g_width = 300; // GLUT's own default until the program sets a size
 int g_height = 300;
 std::string g_game_mode;
-bool g_redisplay = true; // a new display is shown once without being asked
+bool g_redisplay = true; // GLUT displays a new window once unasked
 
 void (*g_on_display)() = nullptr;
 void (*g_on_idle)() = nullptr;
@@ -33,13 +37,10 @@ void display_once() {
 extern "C" {
 
 void FGAPIENTRY glutInit(int*, char**) {
-    for_show([] {
-        end_prompt();
-        the_run().begin();
-    });
+    for_show([] { offscreen::end_prompt(); });
 }
 
-void FGAPIENTRY glutInitDisplayMode(unsigned int) {} // there is one kind of surface: colour and depth
+void FGAPIENTRY glutInitDisplayMode(unsigned int) {} // the surface always has colour and depth
 
 void FGAPIENTRY glutInitWindowPosition(int, int) {}
 
@@ -75,7 +76,7 @@ void FGAPIENTRY glutMainLoop(void) {
     for_show([] {
         if (g_on_reshape) g_on_reshape(g_width, g_height);
         for (int idle_calls = 0; idle_calls < kMostIdleCalls; ++idle_calls) {
-            if (!g_on_display) throw Failure("the show has set nothing to display");
+            if (!g_on_display) throw Failure("the show has set no display callback");
             if (g_redisplay) {
                 display_once();
                 idle_calls = 0;

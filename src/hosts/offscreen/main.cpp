@@ -1,16 +1,39 @@
-// skav-export: the show, unchanged, on a display that nobody sees and a clock that counts frames. This is the
-// program's entry; it prepares the run and then calls the show's own.
-#include <cstdio>
+// skav-export: the show on an off-screen display and a clock that counts frames. The linker makes this the program's
+// entry (--wrap=main); it prepares the run and then calls the show's main.
+#include <unistd.h>
 
-#include "hosts/offscreen/data_folder.h"
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
 #include "hosts/offscreen/failure.h"
 #include "hosts/offscreen/options.h"
 #include "hosts/offscreen/prompt.h"
 #include "hosts/offscreen/run.h"
 
-// The linker gives the program's entry to the first and the show's to the second (--wrap=main).
 extern "C" int __wrap_main(int argc, char** argv);
 extern "C" int __real_main(int argc, char** argv);
+
+using namespace offscreen;
+
+namespace {
+
+bool readable(const std::string& path) { return access(path.c_str(), R_OK) == 0; }
+
+// Changes to the folder with the show's music and fonts, since the show opens them by name alone: `given`, or where
+// that is empty the current folder if it has the music, else its subfolder data. Throws Failure for a missing file.
+void enter_data_folder(const std::string& given) {
+    const std::string folder = !given.empty() ? given : readable("zev.mp3") ? "." : "data";
+    for (const char* file : {"zev.mp3", "zev_voc.mp3", "Vera.ttf", "Arial"}) {
+        const std::string path = folder + "/" + file;
+        if (readable(path)) continue;
+        throw Failure("cannot read " + path + ": " + std::strerror(errno) +
+                      " (--data FOLDER tells where the music and the fonts are)");
+    }
+    if (chdir(folder.c_str()) != 0) throw Failure("cannot enter " + folder + ": " + std::strerror(errno));
+}
+
+} // namespace
 
 int __wrap_main(int argc, char** argv) {
     try {

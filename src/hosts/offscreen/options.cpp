@@ -6,10 +6,11 @@
 #include <filesystem>
 
 #include "hosts/offscreen/failure.h"
-#include "hosts/offscreen/video_writer.h"
+
+namespace offscreen {
 
 const char kHelp[] =
-    R"(The show as video, stills or storyboard: drawn without a display, frame by frame, with its music.
+    R"(Exports the show as video, stills or storyboard: drawn without a display, frame by frame, with its music.
 
   skav-export -o show.mp4                       the whole show
   skav-export --still 12.5 -o picture.png       one picture; several --still go to a folder
@@ -37,11 +38,11 @@ How it looks:
       --language LANG en or de; without it the show asks on standard input
 
       --data FOLDER   where the music and the fonts are (default: here, else ./data)
-  -q, --quiet         say nothing unless something fails
+  -q, --quiet         print nothing unless something fails
   -h, --help          this text
 
-Ctrl-C ends an export early; a video then holds what was drawn so far. The exit status is 0 when all is written,
-1 when something failed, 2 when the command line makes no sense, 128 and the signal's number after a signal.
+Ctrl-C ends an export early; a video then holds what was drawn so far. Exit status: 0 when all is written,
+1 when something failed, 2 for a bad command line, 128 + the signal's number after a signal.
 )";
 
 namespace {
@@ -81,7 +82,7 @@ const option kLongOptions[] = {
 };
 
 [[noreturn]] void fail(const std::string& message) {
-    throw Failure(message + " (--help tells all options)", kStatusUsage);
+    throw Failure(message + " (--help lists all options)", kStatusUsage);
 }
 
 ShowTime show_time(const std::string& option, const std::string& text) {
@@ -116,7 +117,7 @@ Value one_of(const std::string& option, const std::string& text,
     fail(option + ": '" + text + "' is not " + known);
 }
 
-// The option that getopt did not like, as the user wrote it.
+// The option that getopt rejected, as the user wrote it.
 std::string offending(char** argv, int index) {
     if (optopt > 0 && optopt < kStill && argv[index][1] != '-') {
         return std::string("-") + static_cast<char>(optopt);
@@ -124,7 +125,7 @@ std::string offending(char** argv, int index) {
     return argv[index];
 }
 
-// What the command line gives besides the options themselves, until it is all read.
+// What the command line gave, as far as the checks at its end need it.
 struct Targets {
     std::string output;
     std::string sheet;
@@ -134,7 +135,7 @@ struct Targets {
     bool crf = false;
 };
 
-// Decides what is to be made; one thing at a time.
+// Decides what is to be made, and rejects options that do not fit together.
 void choose_job(Options& options, const Targets& targets) {
     const bool stills = !options.stills.empty();
     const bool stream = targets.output == "-";
@@ -143,14 +144,15 @@ void choose_job(Options& options, const Targets& targets) {
     }
     if (!targets.sheet.empty() || !targets.frames.empty()) {
         options.job = targets.sheet.empty() ? Job::frames : Job::sheet;
-        if (!targets.output.empty()) fail("-o: --sheet and --frames say themselves where to");
+        if (!targets.output.empty())
+            fail("-o does not go with --sheet or --frames, which name their own output");
         options.output = targets.sheet.empty() ? targets.frames : targets.sheet;
     } else {
-        if (targets.output.empty()) fail("-o is missing: where shall the result go?");
+        if (targets.output.empty()) fail("-o is missing: it names the file or folder to write");
         if (stills && stream) fail("--still: stills are PNG files, -o - is for a stream of frames");
         options.job = stills ? Job::stills : stream ? Job::stream : Job::video;
         options.output = targets.output;
-        if (options.job == Job::video && !VideoWriter::has_known_extension(options.output)) {
+        if (options.job == Job::video && !is_video_name(options.output)) {
             fail("-o: '" + options.output + "' ends in none of .mp4, .mkv, .mov");
         }
     }
@@ -234,7 +236,7 @@ Options parse_options(int argc, char** argv) {
             fail("unknown option " + offending(argv, index));
         }
     }
-    if (optind < argc) fail(std::string("what is '") + argv[optind] + "' for?");
+    if (optind < argc) fail(std::string("unexpected argument '") + argv[optind] + "'");
     choose_job(options, targets);
     if (options.job != Job::stream) {
         // The show runs in another folder.
@@ -243,3 +245,5 @@ Options parse_options(int argc, char** argv) {
     }
     return options;
 }
+
+} // namespace offscreen

@@ -4,9 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "hosts/offscreen/running_order.h"
-#include "hosts/offscreen/stream_writer.h"
-#include "hosts/offscreen/times.h"
+#include "hosts/offscreen/frames/running_order.h"
+#include "hosts/offscreen/output/sink.h"
+
+namespace offscreen {
 
 enum class Language { ask, german, english };
 
@@ -39,3 +40,5 @@ extern const char kHelp[];
 
 // Reads the command line. Throws Failure with kStatusUsage and one line that says what is wrong.
 Options parse_options(int argc, char** argv);
+
+} // namespace offscreen

@@ -6,9 +6,11 @@
 #include <cinttypes>
 #include <cstdio>
 
+namespace offscreen {
+
 namespace {
 
-constexpr double kSkippedCost = 0.05; // of a skipped frame, against one that is drawn
+constexpr double kSkippedCost = 0.05; // time of a skipped frame, relative to a drawn one
 constexpr int kBarLength = 30;
 constexpr std::chrono::milliseconds kBetweenBars(100);
 
@@ -30,10 +32,9 @@ Progress::Progress(bool quiet, std::int64_t to_draw, std::int64_t to_skip)
     : quiet_(quiet), terminal_(isatty(STDERR_FILENO) != 0), to_draw_(to_draw), to_skip_(to_skip),
       begin_(Clock::now()), shown_(begin_), first_drawn_(begin_) {}
 
-void Progress::frame(ShowTime time, bool drawn, bool wanted) {
+void Progress::frame(ShowTime time, bool drawn) {
     if (drawn_ == 0 && drawn) first_drawn_ = Clock::now();
     ++(drawn ? drawn_ : skipped_);
-    if (wanted) ++pictures_;
     if (quiet_) return;
     if (terminal_) {
         if (Clock::now() - shown_ < kBetweenBars) return;
@@ -67,18 +68,12 @@ std::string Progress::status(ShowTime time) const {
     return text;
 }
 
-void Progress::note(const std::string& text) {
-    if (quiet_) return;
-    clear();
-    std::fprintf(stderr, "%s\n", text.c_str());
-}
-
 void Progress::complete(const std::string& what) {
     clear();
     if (quiet_) return;
     const double drawing = std::max(seconds_between(first_drawn_, Clock::now()), 1e-3);
-    std::fprintf(stderr, "%s: %" PRId64 " picture%s in %.1f s (%.1f per second)\n", what.c_str(), pictures_,
-                 pictures_ == 1 ? "" : "s", drawing, static_cast<double>(pictures_) / drawing);
+    std::fprintf(stderr, "%s: %" PRId64 " picture%s in %.1f s (%.1f per second)\n", what.c_str(), drawn_,
+                 drawn_ == 1 ? "" : "s", drawing, static_cast<double>(drawn_) / drawing);
 }
 
 void Progress::clear() {
@@ -86,3 +81,5 @@ void Progress::clear() {
     std::fprintf(stderr, "\r\033[K");
     bar_shown_ = false;
 }
+
+} // namespace offscreen

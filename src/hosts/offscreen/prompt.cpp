@@ -9,13 +9,15 @@
 
 #include "hosts/offscreen/failure.h"
 
+namespace offscreen {
+
 namespace {
 
 int g_saved_output = -1;
 
 void check(bool good) {
     if (!good)
-        throw Failure(std::string("cannot arrange standard input and output: ") + std::strerror(errno));
+        throw Failure(std::string("cannot redirect standard input and output: ") + std::strerror(errno));
 }
 
 // Makes standard input read `answer` and nothing more.
@@ -29,6 +31,7 @@ void feed(const char* answer) {
     close(ends[0]);
 }
 
+// Makes standard output go to `descriptor` until end_prompt.
 void divert_output(int descriptor) {
     g_saved_output = dup(STDOUT_FILENO);
     check(g_saved_output >= 0 && dup2(descriptor, STDOUT_FILENO) == STDOUT_FILENO);
@@ -55,3 +58,5 @@ void end_prompt() {
     close(g_saved_output);
     g_saved_output = -1;
 }
+
+} // namespace offscreen

@@ -1,12 +1,16 @@
 // The show's question for the language, which it asks on standard output and reads from standard input before
-// anything else. An export that knows the answer feeds it in and keeps the question to itself; one that
-// writes pictures to standard output asks on standard error.
+// anything else.
 #pragma once
 
 #include "hosts/offscreen/options.h"
 
-// Arranges standard input and output for the question. Throws Failure.
+namespace offscreen {
+
+// Prepares standard input and output for the question: a known language is fed in and the question discarded;
+// otherwise it is asked, on standard error where standard output takes the pictures. Throws Failure.
 void begin_prompt(Language language, bool output_is_pictures);
 
-// The question has been answered: standard output is itself again.
+// The question has been answered: restores standard output.
 void end_prompt();
+
+} // namespace offscreen

@@ -6,21 +6,17 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <utility>
 
-#include "hosts/offscreen/frame_folder.h"
-#include "hosts/offscreen/gl_scale.h"
-#include "hosts/offscreen/gl_skip.h"
-#include "hosts/offscreen/running_order.h"
-#include "hosts/offscreen/sheet.h"
-#include "hosts/offscreen/stills.h"
-#include "hosts/offscreen/stream_writer.h"
-#include "hosts/offscreen/video_writer.h"
+#include "hosts/offscreen/drawing/gl_calls.h"
+#include "hosts/offscreen/frames/running_order.h"
 
-// The linker gives the show's exit to the first and the C library's own to the second (--wrap=exit).
+// The linker gives the show's call of exit to the first and the C library's exit to the second (--wrap=exit).
 extern "C" [[noreturn]] void __wrap_exit(int status);
 extern "C" [[noreturn]] void __real_exit(int status);
+
+void __wrap_exit(int status) { offscreen::the_run().show_ended(status); }
+
+namespace offscreen {
 
 namespace {
 
@@ -32,62 +28,49 @@ volatile std::sig_atomic_t g_signal = 0; // the one that asked to stop
 
 void note_signal(int signal) { g_signal = signal; }
 
-void note_signals() {
-    for (int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, note_signal);
-    std::signal(SIGPIPE, SIG_IGN); // writing to a pipe that nobody reads fails and is told
-}
-
 } // namespace
 
 void start_run(const Options& options) { g_run = std::make_unique<Run>(options); }
 Run& the_run() { return *g_run; }
 
-void __wrap_exit(int status) { the_run().show_ended(status); }
-
-Run::Run(const Options& options) : options_(options), frames_(options.rate), clock_(options.rate) {
+Run::Run(const Options& options)
+    : options_(options), frames_(options.rate), wanted_(wanted_frames()), clock_(options.rate),
+      progress_(options.quiet, static_cast<std::int64_t>(wanted_.size()),
+                last_wanted() + 1 - static_cast<std::int64_t>(wanted_.size())),
+      sink_(make_sink()) {
     set_clock(&clock_);
     set_gl_scale(options_.scale * options_.supersample);
+    for (int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, note_signal);
+    std::signal(SIGPIPE, SIG_IGN); // a write to a closed pipe fails instead
 }
 
-void Run::begin() {
-    attempt_ = begin_attempts();
-    note_signals();
-    make_sink();
-    drawn_.add(wanted_);
-    drawn_.add(attempt_.must_draw);
-    frames_to_drop_ = attempt_.delivered;
-    std::int64_t to_draw = 0;
-    for (std::int64_t frame = 0; frame <= wanted_.last(); ++frame) to_draw += drawn_.contains(frame);
-    progress_ = std::make_unique<Progress>(options_.quiet, to_draw, wanted_.last() + 1 - to_draw);
+FrameSet Run::wanted_frames() const {
+    FrameSet wanted;
+    if (options_.job == Job::stills) {
+        for (ShowTime time : options_.stills) wanted.insert(frames_.frame_on_screen_at(time));
+    } else if (options_.job == Job::sheet) {
+        for (const Moment& moment : kMoments) wanted.insert(frames_.frame_on_screen_at(moment.time));
+    } else {
+        wanted = frames_.between(options_.from, options_.to);
+    }
+    if (wanted.empty()) throw Failure("no frame begins between --from and --to at this rate", kStatusUsage);
+    return wanted;
 }
 
-void Run::make_sink() {
+std::unique_ptr<Sink> Run::make_sink() const {
     switch (options_.job) {
-    case Job::stills: {
-        auto stills = std::make_unique<Stills>(options_.stills, frames_, options_.output);
-        wanted_ = stills->frames();
-        sink_ = std::move(stills);
-        return;
-    }
-    case Job::sheet: {
-        auto sheet = std::make_unique<Sheet>(options_.output, frames_);
-        wanted_ = sheet->frames();
-        sink_ = std::move(sheet);
-        return;
-    }
+    case Job::stills:
+        return make_stills(options_.stills, frames_, options_.output);
+    case Job::sheet:
+        return make_sheet(options_.output, frames_);
     case Job::frames:
-        sink_ = std::make_unique<FrameFolder>(options_.output);
-        break;
-    case Job::video:
-        sink_ = std::make_unique<VideoWriter>(options_.output, frames_, options_.crf);
-        break;
+        return make_frame_folder(options_.output);
     case Job::stream:
-        sink_ = std::make_unique<StreamWriter>(STDOUT_FILENO, options_.format, options_.rate,
-                                               attempt_.delivered > 0);
+        return make_stream(STDOUT_FILENO, options_.format, options_.rate);
+    case Job::video:
         break;
     }
-    wanted_.add(frames_.first_frame_at(options_.from), frames_.first_frame_at(options_.to));
-    if (wanted_.empty()) throw Failure("no frame begins between --from and --to at this rate", kStatusUsage);
+    return make_video(options_.output, frames_, options_.crf);
 }
 
 void Run::open_screen(int width, int height) {
@@ -95,22 +78,20 @@ void Run::open_screen(int width, int height) {
     screen_ =
         std::make_unique<EglScreen>(width * options_.scale, height * options_.scale, options_.supersample);
     output_ = std::make_unique<OutputThread>(*sink_);
-    reader_ = std::make_unique<FrameReader>(
-        *screen_, [this] { return output_->blank(); },
-        [this](PicturePtr picture) { output_->deliver(std::move(picture)); });
+    reader_ = std::make_unique<FrameReader>(*screen_, *output_);
 }
 
 void Run::begin_display() {
     if (loading_ && ++calls_before_music_ > kMostCallsBeforeMusic) {
         throw Failure("the show does not start its music");
     }
-    if (frame() > frames_.count()) throw Failure("the show goes on after the end that running_order.h tells");
-    begin_gl_frame(frame(), drawn_.contains(frame()));
+    if (frame() > frames_.count()) throw Failure("the show goes on after the end given in running_order.h");
+    begin_gl_frame(wanted(frame()));
 }
 
 void Run::swap_buffers() {
     stop_if_asked();
-    if (!loading_ && wanted_.contains(frame())) take_picture();
+    if (!loading_ && wanted(frame())) take_picture();
 }
 
 void Run::end_display() {
@@ -118,66 +99,47 @@ void Run::end_display() {
     check_music();
     if (loading_) {
         if (!clock_.running()) return;
-        if (wanted_.contains(frame())) take_picture();
+        if (wanted(frame())) take_picture();
     } else {
-        progress_->frame(frames_.time_of(frame()), drawn_.contains(frame()), wanted_.contains(frame()));
+        progress_.frame(frames_.time_of(frame()), wanted(frame()));
     }
-    // The show's last frame is followed by the show's own end.
-    if (frame() == wanted_.last() && frame() + 1 < frames_.count()) end(EXIT_SUCCESS);
+    // After its last frame the show ends by itself.
+    if (frame() == last_wanted() && frame() + 1 < frames_.count()) end(EXIT_SUCCESS);
     if (!loading_) clock_.next_frame();
     loading_ = false;
 }
 
-// Hands the picture on the screen on to the sink, if the frames that it is made of were drawn.
+// Passes the picture on the screen to the sink.
 void Run::take_picture() {
-    if (!picture_origin().all_drawn()) start_over();
-    if (frames_to_drop_ > 0) {
-        --frames_to_drop_;
-        return;
+    if (!picture_origin().all_drawn()) {
+        throw Failure("the picture at " + seconds_text(frames_.time_of(frame())) +
+                      " s shows something of an earlier frame that was skipped");
     }
-    reader_->read({frame(), frames_.time_of(frame()), clock_.playing()});
+    reader_->read({frame(), clock_.playing()});
 }
 
-void Run::start_over() {
-    const std::int64_t since = picture_origin().since();
-    const std::int64_t end = frame() + 1;
-    std::int64_t delivered = 0;
-    if (options_.job == Job::stream) {
-        reader_->drain();
-        output_->finish();
-        delivered = attempt_.delivered + output_->taken();
-    }
-    progress_->note(
-        "The picture at " + seconds_text(frames_.time_of(frame())) + " s shows what was drawn " +
-        (since == kLoadingFrame ? "while loading" : "at " + seconds_text(frames_.time_of(since)) + " s") +
-        ": starting over, with all frames in between drawn");
-    g_run.reset();
-    try_again(since, end, delivered);
-}
-
-// The clock's jump is told in running_order.h; a show that has moved it must not be exported with the old
-// one.
+// Checks that the show starts its pieces of music when running_order.h says.
 void Run::check_music() const {
     const auto playing = clock_.playing();
     if (!playing || playing->from_frame == 0 || playing->from_frame == frames_.switch_frame()) return;
-    throw Failure("the show starts " + playing->file + " at another time than running_order.h tells");
+    throw Failure("the show starts " + playing->file + " at another time than running_order.h gives");
 }
 
 void Run::stop_if_asked() {
     if (g_signal == 0) return;
     const int status = 128 + g_signal;
-    const std::int64_t pictures = progress_->pictures();
+    const std::int64_t pictures = progress_.drawn();
     if (pictures == 0) throw Failure("stopped by a signal before the first picture", status);
     complete();
-    progress_->clear();
-    std::fprintf(stderr, "skav-export: stopped by a signal after %" PRId64 " of %" PRId64 " pictures: %s\n",
-                 pictures, wanted_.size(), options_.output.c_str());
+    progress_.clear();
+    std::fprintf(stderr, "skav-export: stopped by a signal after %" PRId64 " of %zu pictures: %s\n", pictures,
+                 wanted_.size(), options_.output.c_str());
     leave(status);
 }
 
 void Run::show_ended(int status) {
     for_show([&] {
-        if (loading_ || frame() <= wanted_.last()) {
+        if (loading_ || frame() <= last_wanted()) {
             throw Failure("the show ended by itself before the last wanted frame");
         }
         end(status);
@@ -185,6 +147,7 @@ void Run::show_ended(int status) {
     leave(status);
 }
 
+// Writes everything that has been drawn.
 void Run::complete() {
     if (reader_) reader_->drain();
     if (output_) output_->finish();
@@ -193,14 +156,13 @@ void Run::complete() {
 
 void Run::end(int status) {
     complete();
-    progress_->complete(options_.job == Job::stream ? "standard output" : options_.output);
+    progress_.complete(options_.job == Job::stream ? "standard output" : options_.output);
     leave(status);
 }
 
 void Run::fail(const Failure& failure) {
-    if (progress_) progress_->clear();
-    const std::string kept = sink_ ? "; " + sink_->after_failure() : "";
-    std::fprintf(stderr, "skav-export: %s%s\n", failure.what(), kept.c_str());
+    progress_.clear();
+    std::fprintf(stderr, "skav-export: %s; %s\n", failure.what(), sink_->after_failure().c_str());
     leave(failure.status());
 }
 
@@ -208,3 +170,5 @@ void Run::leave(int status) {
     g_run.reset();
     __real_exit(status);
 }
+
+} // namespace offscreen

@@ -1,31 +1,28 @@
-// One run of the show for one export: which frames are wanted, where their pictures go, and the end.
+// One export: which frames are wanted, where their pictures go, and what happens around the show's calls.
 #pragma once
 
 #include <memory>
 
-#include "hosts/offscreen/clock.h"
-#include "hosts/offscreen/egl_screen.h"
+#include "hosts/offscreen/drawing/egl_screen.h"
+#include "hosts/offscreen/drawing/frame_reader.h"
 #include "hosts/offscreen/failure.h"
-#include "hosts/offscreen/frame_reader.h"
-#include "hosts/offscreen/frame_set.h"
+#include "hosts/offscreen/frames/clock.h"
 #include "hosts/offscreen/options.h"
-#include "hosts/offscreen/output_thread.h"
+#include "hosts/offscreen/output/output_thread.h"
+#include "hosts/offscreen/output/sink.h"
 #include "hosts/offscreen/progress.h"
-#include "hosts/offscreen/retry.h"
-#include "hosts/offscreen/show_frames.h"
-#include "hosts/offscreen/sink.h"
+
+namespace offscreen {
 
 class Run {
 public:
+    // Throws Failure when the output cannot be written or no frame is wanted.
     explicit Run(const Options& options);
-
-    // The show has asked its question and starts in earnest. Returns in a process made for it, see retry.h.
-    void begin();
 
     // The show opens its display, `width` x `height` pixels as it counts them.
     void open_screen(int width, int height);
 
-    // The show's display call is about to be made; it has returned; and, in between, a picture is complete.
+    // The show's display callback is about to be called; it swaps buffers; it has returned.
     void begin_display();
     void swap_buffers();
     void end_display();
@@ -33,14 +30,16 @@ public:
     // The show ends by itself with `status`.
     [[noreturn]] void show_ended(int status);
 
-    // Says what failed and ends the process.
+    // Prints what failed and ends the process.
     [[noreturn]] void fail(const Failure& failure);
 
 private:
     std::int64_t frame() const { return loading_ ? kLoadingFrame : clock_.frame(); }
-    void make_sink();
+    bool wanted(std::int64_t frame) const { return wanted_.count(frame) != 0; }
+    std::int64_t last_wanted() const { return *wanted_.rbegin(); }
+    FrameSet wanted_frames() const;
+    std::unique_ptr<Sink> make_sink() const;
     void take_picture();
-    [[noreturn]] void start_over();
     void check_music() const;
     void stop_if_asked();
     void complete();
@@ -49,23 +48,20 @@ private:
 
     Options options_;
     ShowFrames frames_;
+    FrameSet wanted_;
     Clock clock_;
     bool loading_ = true; // until the music has started and the call that started it has returned
     int calls_before_music_ = 0;
-    Attempt attempt_;
-    std::int64_t frames_to_drop_ = 0; // wanted pictures that an earlier attempt has delivered
-    FrameSet wanted_;
-    FrameSet drawn_; // the wanted ones, and what they are made of
-    std::unique_ptr<Progress> progress_;
-    std::unique_ptr<EglScreen> screen_;
+    Progress progress_;
     std::unique_ptr<Sink> sink_;
+    std::unique_ptr<EglScreen> screen_; // null until open_screen, as what follows
     std::unique_ptr<OutputThread> output_;
     std::unique_ptr<FrameReader> reader_;
 };
 
-// The run that this process is for. Main makes it before the show starts; the show's calls find it here.
-Run& the_run();
+// The run of this process. Main makes it before the show starts; the show's calls find it here.
 void start_run(const Options& options);
+Run& the_run();
 
 // Does `work` for an entry point of the show, which no exception may leave. A failure ends the process.
 template <typename Work>
@@ -78,3 +74,5 @@ void for_show(Work work) {
         the_run().fail(Failure(error.what()));
     }
 }
+
+} // namespace offscreen

@@ -6,6 +6,6 @@ set -euo pipefail
 unknown='gl(DrawArrays|DrawElements|DrawRangeElements|MultiDraw.*|ArrayElement|InterleavedArrays|Rect[sifd]v?|Bitmap|DrawPixels|CopyPixels|ReadPixels|EvalMesh.*|EvalPoint.*|EvalCoord.*|Accum|DrawBuffer|ReadBuffer|BindFramebuffer.*|BlitFramebuffer.*|CopyTexImage1D|CopyTexSubImage[13]D|ActiveTexture.*|RenderMode)'
 found=$(nm -u "$1" | awk '{print $NF}' | grep -xE "$unknown" || true)
 [ -z "$found" ] && exit 0
-echo "skav-export does not follow these calls when it skips frames; teach it (src/hosts/offscreen/gl_skip.cpp):"
+echo "skav-export does not follow these calls when it skips frames; teach it (src/hosts/offscreen/drawing/gl_calls.cpp):"
 echo "$found"
 exit 1

@@ -5,6 +5,7 @@
 #include "hosts/offscreen/failure.h"
 #include "hosts/offscreen/options.h"
 
+namespace offscreen {
 namespace {
 
 Options parse(std::vector<std::string> words) {
@@ -97,3 +98,4 @@ TEST(Options, WhatMakesNoSenseIsNamed) {
 }
 
 } // namespace
+} // namespace offscreen

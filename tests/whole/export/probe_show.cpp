@@ -1,10 +1,9 @@
-// A show that does what the real one does not: frames that clear nothing, textures copied long before they
-// are shown, state that is left to the next frame in every way GL knows, an end of its own. The environment
-// variable PROBE says which. Its music, size and end are those of the real show.
+// A show that does what the real one does not: frames that clear nothing, textures copied long before they are shown,
+// state left to the next frame in many ways, an end of its own. The environment variable PROBE says which. Its music,
+// size and end are those of the real show.
 #include <GL/glu.h>
 #include <GL/glut.h>
 
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -59,13 +58,6 @@ void draw_trail() {
     if (g_frame % 40 == 0) clear(0);
     flat_view();
     glColor3f(1.0f, static_cast<float>(g_frame % 7) / 7.0f, 0.2f);
-    quad(10.0 * (g_frame % 100), 100, 10.0 * (g_frame % 100) + 5, 200);
-}
-
-// The same on a screen that is never cleared: the loading picture shows through.
-void draw_on_loading() {
-    flat_view();
-    glColor3f(1, 1, 1);
     quad(10.0 * (g_frame % 100), 100, 10.0 * (g_frame % 100) + 5, 200);
 }
 
@@ -186,14 +178,12 @@ void show_frame() {
     }
     if (g_second && position >= 87700) std::exit(0);
     if (g_probe == "exit" && position >= 1000) std::exit(7);
-    if (g_probe == "crash" && position >= 1000) std::raise(SIGABRT);
     if (g_probe == "trail") draw_trail();
-    if (g_probe == "loading") draw_on_loading();
     if (g_probe == "late texture") draw_late_texture();
     if (g_probe == "late list") draw_late_texture_by_list();
     if (g_probe == "leftovers") draw_leftovers();
     if (g_probe == "scale") draw_scaled();
-    if (g_probe == "exit" || g_probe == "crash") clear(0.5f);
+    if (g_probe == "exit") clear(0.5f);
     ++g_frame;
     glFlush();
     glutSwapBuffers();

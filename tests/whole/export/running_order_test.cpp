@@ -1,12 +1,13 @@
 // The exporter's table of the show against the show's own timeline.
 #include <gtest/gtest.h>
 
-#include "hosts/offscreen/running_order.h"
+#include "hosts/offscreen/frames/running_order.h"
 #include "show/driver/scene_table.h"
 #include "show/driver/timeline.h"
 #include "show/stage/show_time.h"
 #include "tests/hosts/recording/recording.h"
 
+namespace offscreen {
 namespace {
 
 void mute(Scene& scene) {
@@ -48,3 +49,4 @@ TEST(RunningOrder, TheStoryboardHasAPictureAfterEveryCueInOrder) {
 }
 
 } // namespace
+} // namespace offscreen

@@ -102,7 +102,7 @@ TEST(Video, OtherContainersKeepTheSoundToTheSample) {
         ASSERT_GE(video.left.size(), before.size() + after.size());
         for (std::size_t i = 0; i < before.size() + after.size(); ++i) {
             const float expected = i < before.size() ? before[i] : after[i - before.size()];
-            ASSERT_NEAR(video.left[i], std::min(std::max(expected, -1.0f), 1.0f), 1.0 / 16384)
+            ASSERT_NEAR(video.left[i], std::min(std::max(expected, -1.0f), 1.0f), 1.01 / 65536)
                 << name << " " << i;
         }
     }

@@ -1,0 +1,147 @@
+// The storyboard: small pictures in rows, with time and caption under each.
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include <algorithm>
+#include <map>
+
+#include "hosts/offscreen/failure.h"
+#include "hosts/offscreen/frames/running_order.h"
+#include "hosts/offscreen/output/output_file.h"
+#include "hosts/offscreen/output/png.h"
+
+namespace offscreen {
+
+namespace {
+
+constexpr int kColumns = 6;
+constexpr int kReduction = 4; // of a picture, in each direction
+constexpr std::uint8_t kPaper = 24;
+constexpr int kTimeLevel = 235;
+constexpr int kTextLevel = 165;
+
+// All lengths are fractions of a small picture's width, so that a sheet at another scale looks the same.
+int gap(int thumb_width) { return thumb_width / 16; }
+int text_size(int thumb_width) { return thumb_width / 18; }
+
+// Draws lines of text into a picture.
+class TextPen {
+public:
+    // Text `size` pixels high, set in the font file `font`. Throws Failure.
+    TextPen(const std::string& font, int size) {
+        const bool open = FT_Init_FreeType(&library_) == 0 &&
+                          FT_New_Face(library_, font.c_str(), 0, &face_) == 0 &&
+                          FT_Set_Pixel_Sizes(face_, 0, static_cast<FT_UInt>(size)) == 0;
+        if (open) return;
+        if (library_) FT_Done_FreeType(library_);
+        throw Failure("cannot use the font " + font);
+    }
+    ~TextPen() { FT_Done_FreeType(library_); } // and with it the face
+    TextPen(const TextPen&) = delete;
+    TextPen& operator=(const TextPen&) = delete;
+
+    // Draws `text` in a grey of `level` (0..255) with its base line at row `y` from the top and its left end at
+    // column `x`. What does not fit into `width` columns, or the picture, is left out.
+    void draw(Picture& picture, int x, int y, int width, const std::string& text, int level) {
+        const int end = std::min(x + width, picture.width);
+        for (char letter : text) {
+            if (FT_Load_Char(face_, static_cast<unsigned char>(letter), FT_LOAD_RENDER) != 0) continue;
+            const FT_GlyphSlot glyph = face_->glyph;
+            const int advance = static_cast<int>(glyph->advance.x >> 6);
+            if (x + advance > end) return;
+            for (unsigned row = 0; row < glyph->bitmap.rows; ++row) {
+                const int to_y = y - glyph->bitmap_top + static_cast<int>(row);
+                if (to_y < 0 || to_y >= picture.height) continue;
+                const unsigned char* from =
+                    glyph->bitmap.buffer + static_cast<int>(row) * glyph->bitmap.pitch;
+                for (unsigned column = 0; column < glyph->bitmap.width; ++column) {
+                    const int to_x = x + glyph->bitmap_left + static_cast<int>(column);
+                    if (to_x < 0 || to_x >= end) continue;
+                    std::uint8_t* pixel = picture.row(to_y) + 4 * to_x;
+                    for (int i = 0; i < 3; ++i) {
+                        pixel[i] =
+                            static_cast<std::uint8_t>(pixel[i] + (level - pixel[i]) * from[column] / 255);
+                    }
+                }
+            }
+            x += advance;
+        }
+    }
+
+private:
+    FT_Library library_ = nullptr;
+    FT_Face face_ = nullptr;
+};
+
+// The mean of each square of kReduction pixels.
+void reduce(const Picture& from, Picture& to, int left, int top) {
+    for (int y = 0; y < from.height / kReduction; ++y) {
+        std::uint8_t* out = to.row(top + y) + 4 * left;
+        for (int x = 0; x < from.width / kReduction; ++x, out += 4) {
+            for (int i = 0; i < 3; ++i) {
+                int sum = 0;
+                for (int dy = 0; dy < kReduction; ++dy) {
+                    const std::uint8_t* in = from.row(y * kReduction + dy) + 4 * x * kReduction + i;
+                    for (int dx = 0; dx < kReduction; ++dx) sum += in[4 * dx];
+                }
+                constexpr int kPixels = kReduction * kReduction;
+                out[i] = static_cast<std::uint8_t>((sum + kPixels / 2) / kPixels);
+            }
+        }
+    }
+}
+
+class Sheet : public Sink {
+public:
+    Sheet(const std::string& path, const ShowFrames& frames) : path_(path) {
+        OutputFile::expect_writable(path);
+        for (int i = 0; i < kMomentCount; ++i) {
+            places_.emplace(frames.frame_on_screen_at(kMoments[i].time), i);
+        }
+    }
+
+    void take(const Picture& picture) override {
+        const int thumb_width = picture.width / kReduction;
+        const int thumb_height = picture.height / kReduction;
+        const int margin = gap(thumb_width);
+        const int size = text_size(thumb_width);
+        if (sheet_.pixels.empty()) {
+            const int rows = (kMomentCount + kColumns - 1) / kColumns;
+            cell_width_ = thumb_width + margin;
+            cell_height_ = thumb_height + 2 * margin + size;
+            sheet_.resize(kColumns * cell_width_ + margin, rows * cell_height_ + margin);
+            std::fill(sheet_.pixels.begin(), sheet_.pixels.end(), kPaper);
+        }
+        TextPen pen("Vera.ttf", size);
+        const auto [begin, end] = places_.equal_range(picture.info.frame);
+        for (auto place = begin; place != end; ++place) {
+            const Moment& moment = kMoments[place->second];
+            const int left = margin + place->second % kColumns * cell_width_;
+            const int top = margin + place->second / kColumns * cell_height_;
+            const int base = top + thumb_height + margin / 4 + size;
+            const int time_width = thumb_width / 4;
+            reduce(picture, sheet_, left, top);
+            pen.draw(sheet_, left, base, time_width, seconds_text(moment.time), kTimeLevel);
+            pen.draw(sheet_, left + time_width, base, thumb_width - time_width, moment.caption, kTextLevel);
+        }
+    }
+
+    void finish() override {
+        if (!sheet_.pixels.empty()) write_png(sheet_, path_);
+    }
+
+private:
+    std::string path_;
+    std::multimap<std::int64_t, int> places_; // by frame
+    Picture sheet_;                           // empty until the first picture tells the size
+    int cell_width_ = 0;
+    int cell_height_ = 0;
+};
+
+} // namespace
+
+std::unique_ptr<Sink> make_sheet(const std::string& path, const ShowFrames& frames) {
+    return std::make_unique<Sheet>(path, frames);
+}
+
+} // namespace offscreen

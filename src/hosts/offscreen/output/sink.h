@@ -1,0 +1,94 @@
+// Pictures and the sinks that take them. A sink takes the wanted pictures in the order of the show; what it makes
+// gets its final name only when it is complete.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "hosts/offscreen/frames/clock.h"
+
+namespace offscreen {
+
+struct PictureInfo {
+    std::int64_t frame = 0;
+    std::shared_ptr<const Played> sound; // what is heard from this frame's time on; null: nothing
+};
+
+struct Picture {
+    PictureInfo info;
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint8_t> pixels; // four bytes each: red, green, blue, unused; the bottom row first
+
+    std::size_t stride() const { return static_cast<std::size_t>(width) * 4; }
+
+    // Row `y` counted from the top.
+    const std::uint8_t* row(int y) const {
+        return pixels.data() + static_cast<std::size_t>(height - 1 - y) * stride();
+    }
+    std::uint8_t* row(int y) { return pixels.data() + static_cast<std::size_t>(height - 1 - y) * stride(); }
+
+    void resize(int new_width, int new_height) {
+        width = new_width;
+        height = new_height;
+        pixels.resize(stride() * static_cast<std::size_t>(height));
+    }
+
+    // Three bytes a pixel, red, green and blue, the top row first.
+    std::vector<std::uint8_t> rgb() const;
+};
+using PicturePtr = std::unique_ptr<Picture>;
+
+class Sink {
+public:
+    virtual ~Sink() = default; // without finish: leaves nothing incomplete behind
+
+    // Throws Failure when the picture cannot be written.
+    virtual void take(const Picture& picture) = 0;
+
+    // No more pictures will come, though perhaps fewer came than were wanted. Throws Failure when the result cannot
+    // be completed.
+    virtual void finish() {}
+
+    // What is there after a failure, for the message.
+    virtual std::string after_failure() const { return "nothing was kept"; }
+};
+
+enum class StreamFormat {
+    y4m, // YUV4MPEG2: 4:2:0, BT.709, limited range; its header tells size and rate
+    rgb, // three bytes a pixel, top row first, nothing between the pictures
+};
+
+// Each throws Failure when it finds that the output cannot be written.
+
+// PNG files of single moments. One time goes to the file `output`, unless that is a folder or ends in a slash;
+// several go into the folder `output`, which is made if it is missing, under names such as 012.500.png.
+std::unique_ptr<Sink> make_stills(const std::vector<ShowTime>& times, const ShowFrames& frames,
+                                  const std::string& output);
+
+// Every picture as a PNG file in `folder`, which is made if it is missing: frame-000000.png and so on, counted over
+// the whole show, so that ranges rendered apart fit together.
+std::unique_ptr<Sink> make_frame_folder(const std::string& folder);
+
+// The storyboard: a PNG file `path` with a small picture of each of kMoments, its time and its caption. The captions
+// are set in Vera.ttf of the current folder.
+std::unique_ptr<Sink> make_sheet(const std::string& path, const ShowFrames& frames);
+
+// Bytes on `descriptor`, which stays open.
+std::unique_ptr<Sink> make_stream(int descriptor, StreamFormat format, FrameRate rate);
+
+// A video file: H.264 (4:2:0, BT.709) and the music, with a chapter at every cue. The extension of `path` chooses
+// what the file is for and how it holds the sound:
+//   .mp4   playing and sharing: AAC
+//   .mkv   archiving: FLAC
+//   .mov   editing, and joining ranges rendered apart: PCM
+// `crf` is x264's quality, 0 (lossless) to 51.
+std::unique_ptr<Sink> make_video(const std::string& path, const ShowFrames& frames, int crf);
+
+// Whether `path` has one of these extensions.
+bool is_video_name(const std::string& path);
+
+} // namespace offscreen

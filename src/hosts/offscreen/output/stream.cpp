@@ -1,0 +1,70 @@
+// Pictures as a stream of bytes for another program.
+extern "C" {
+#include <libavutil/frame.h>
+#include <libavutil/imgutils.h>
+}
+
+#include "hosts/offscreen/output/output_file.h"
+#include "hosts/offscreen/output/sink.h"
+#include "hosts/offscreen/output/yuv.h"
+
+namespace offscreen {
+
+namespace {
+
+class Stream : public Sink {
+public:
+    Stream(int descriptor, StreamFormat format, FrameRate rate)
+        : descriptor_(descriptor), format_(format), rate_(rate) {}
+
+    void take(const Picture& picture) override {
+        if (format_ == StreamFormat::rgb) {
+            const std::vector<std::uint8_t> rgb = picture.rgb();
+            write(rgb.data(), rgb.size());
+        } else {
+            take_y4m(picture);
+        }
+    }
+
+    std::string after_failure() const override { return "the stream ends early"; }
+
+private:
+    void take_y4m(const Picture& picture) {
+        if (!converter_) {
+            converter_ = std::make_unique<YuvConverter>(picture.width, picture.height);
+            frame_ = make_yuv_frame(picture.width, picture.height);
+            const std::string header = "YUV4MPEG2 W" + std::to_string(picture.width) + " H" +
+                                       std::to_string(picture.height) + " F" + std::to_string(rate_.frames) +
+                                       ":" + std::to_string(rate_.seconds) +
+                                       " Ip A1:1 C420mpeg2 XCOLORRANGE=LIMITED\n";
+            write(header.data(), header.size());
+        }
+        converter_->convert(picture, *frame_);
+        const std::string mark = "FRAME\n";
+        bytes_.assign(mark.begin(), mark.end());
+        const int size = av_image_get_buffer_size(AV_PIX_FMT_YUV420P, picture.width, picture.height, 1);
+        bytes_.resize(mark.size() + static_cast<std::size_t>(size));
+        av_image_copy_to_buffer(bytes_.data() + mark.size(), size, frame_->data, frame_->linesize,
+                                AV_PIX_FMT_YUV420P, picture.width, picture.height, 1);
+        write(bytes_.data(), bytes_.size());
+    }
+
+    void write(const void* data, std::size_t size) const {
+        write_all(descriptor_, data, size, "to standard output");
+    }
+
+    int descriptor_;
+    StreamFormat format_;
+    FrameRate rate_;
+    std::unique_ptr<YuvConverter> converter_; // null until the first picture
+    AvFramePtr frame_;
+    std::vector<std::uint8_t> bytes_;
+};
+
+} // namespace
+
+std::unique_ptr<Sink> make_stream(int descriptor, StreamFormat format, FrameRate rate) {
+    return std::make_unique<Stream>(descriptor, format, rate);
+}
+
+} // namespace offscreen
