@@ -2,7 +2,9 @@
 // through EGL. Needs neither a display server nor a GPU.
 #pragma once
 
-#include <vector>
+#include <memory>
+
+#include "hosts/common/gl_surface.h"
 
 namespace offscreen {
 
@@ -16,32 +18,22 @@ public:
     EglScreen(const EglScreen&) = delete;
     EglScreen& operator=(const EglScreen&) = delete;
 
-    int width() const { return width_; }
-    int height() const { return height_; }
+    int width() const { return size_.width; }
+    int height() const { return size_.height; }
 
-    // Scales the picture down to its size and makes it the read framebuffer. Nothing may be drawn before bind.
-    void resolve() const;
+    // Averages the picture down to its size and binds it for reading. Nothing may be drawn before bind.
+    void resolve() const { surface_->average_down_to(size_); }
 
     // Binds the framebuffer that the show draws into.
-    void bind() const;
+    void bind() const { surface_->bind(); }
 
 private:
-    struct FrameBuffer {
-        int width;
-        int height;
-        unsigned name;
-        unsigned color;
-        unsigned depth; // 0: none
-    };
-
     void make_context();
-    void add_frame_buffer(int width, int height, bool with_depth);
 
-    int width_;
-    int height_;
+    common::Extent size_;
     void* display_ = nullptr;
     void* context_ = nullptr;
-    std::vector<FrameBuffer> buffers_; // what the show draws into, then each half the size of the one before
+    std::unique_ptr<common::GlSurface> surface_;
 };
 
 } // namespace offscreen

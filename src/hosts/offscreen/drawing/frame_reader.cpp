@@ -1,7 +1,6 @@
+#define GL_GLEXT_PROTOTYPES
 #include "hosts/offscreen/drawing/frame_reader.h"
 
-#define GL_GLEXT_PROTOTYPES
-#include <GL/gl.h>
 #include <GL/glext.h>
 
 #include <cstring>

@@ -7,9 +7,9 @@
 //     glBindTexture                                      inside a list: the list binds textures
 //     glBegin                                            drawing, with the bound texture
 //     glClear                                            the picture is this frame's own from here on
+#define GL_GLEXT_PROTOTYPES
 #include "hosts/offscreen/drawing/gl_calls.h"
 
-#define GL_GLEXT_PROTOTYPES
 #include <GL/gl.h>
 #include <GL/glext.h>
 #include <dlfcn.h>
