@@ -1,11 +1,16 @@
 // The FMOD Ex calls that the show makes, declared under the library's public names, so that the library
 // itself or any host's own implementation can stand behind them. A host defines exactly these functions.
 //
-// What the hosts keep to: every call returns FMOD_OK or the error that explains why nothing was done. A
-// handle that a failed call was to fill is set to null; no other result is touched. A null or stale handle
-// gives FMOD_ERR_INVALID_HANDLE. A channel's handle is stale once its sound is released; while that sound
-// lives but another one plays in its place, it gives FMOD_ERR_CHANNEL_STOLEN. A sound that has ended keeps
-// its channel, whose position stays at the sound's length.
+// All calls come from one thread. Every call returns FMOD_OK, or the error that explains why nothing was done. A
+// handle that a failed call should have filled is set to null; no other result is touched. A null place for a handle
+// gives FMOD_ERR_INVALID_PARAM; then a null or stale handle gives FMOD_ERR_INVALID_HANDLE; then the other arguments
+// are looked at. A handle is never given out twice.
+//
+// A system has one channel, and each play gives it a new handle. The old handle gives FMOD_ERR_CHANNEL_STOLEN from
+// then on, until its sound is released: that makes every handle of the sound stale, and stops it if it plays. A sound
+// that has ended keeps its channel, whose position stays at the sound's length. The position never falls while a sound
+// plays, except where FMOD_Channel_SetPosition moves it; a host whose clock cannot be moved refuses that call with
+// FMOD_ERR_UNSUPPORTED.
 #pragma once
 
 extern "C" {

@@ -60,8 +60,8 @@ double Recording::power(double begin, double end) const {
 
 Recording decode(const MusicFile& file) {
     Recording recording;
-    Mp3Error error;
-    std::unique_ptr<Mp3Stream> stream = Mp3Stream::open(path_of(file).c_str(), error);
+    common::Mp3Error error;
+    std::unique_ptr<common::Mp3Stream> stream = common::Mp3Stream::open(path_of(file).c_str(), error);
     if (!stream) return recording;
     std::vector<float> block(2 * 4096);
     while (std::size_t frames = stream->read(block.data(), 4096)) {

@@ -1,9 +1,10 @@
-// What the FMOD Ex calls answer to handles and arguments, right and wrong. No sound server is needed.
+// How the FMOD Ex calls answer to handles and arguments, right and wrong: the same for every host. Each host links this
+// file and a file of its own in hosts/. No sound server is needed.
 #include <gtest/gtest.h>
 
 #include <cstdint>
 
-#include "tests/sound/listener.h"
+#include "show/fmod_ex.h"
 #include "tests/sound/pulse_server.h"
 #include "tests/sound/test_music.h"
 #include "tests/support/files.h"
@@ -18,6 +19,32 @@ protected:
     Handles() {
         hide_sound_devices(folder_);
         write_mp3(path_, noise(1, 1));
+    }
+
+    static FMOD_SYSTEM* start_system() {
+        FMOD_SYSTEM* system = nullptr;
+        EXPECT_EQ(FMOD_System_Create(&system), FMOD_OK);
+        EXPECT_EQ(FMOD_System_Init(system, 1, FMOD_INIT_NORMAL, nullptr), FMOD_OK);
+        return system;
+    }
+
+    FMOD_SOUND* open_sound(FMOD_SYSTEM* system) {
+        FMOD_SOUND* sound = nullptr;
+        EXPECT_EQ(FMOD_System_CreateSound(system, path_.c_str(), kStream, nullptr, &sound), FMOD_OK);
+        return sound;
+    }
+
+    static FMOD_CHANNEL* play_sound(FMOD_SYSTEM* system, FMOD_SOUND* sound) {
+        FMOD_CHANNEL* channel = nullptr;
+        EXPECT_EQ(FMOD_System_PlaySound(system, FMOD_CHANNEL_FREE, sound, 0, &channel), FMOD_OK);
+        return channel;
+    }
+
+    // Expects that the channel plays: its position can be read.
+    static void expect_playing(FMOD_CHANNEL* channel) {
+        unsigned position = 12345;
+        EXPECT_EQ(FMOD_Channel_GetPosition(channel, &position, FMOD_TIMEUNIT_MS), FMOD_OK);
+        EXPECT_NE(position, 12345u);
     }
 
     // Expects that every call on the channel fails with `result` and leaves the position variable alone.
@@ -57,7 +84,7 @@ TEST_F(Handles, NullAndMadeUpOnesAreRefused) {
 
 TEST_F(Handles, OneKindIsNotTakenForAnother) {
     FMOD_SYSTEM* system = start_system();
-    FMOD_SOUND* sound = open_sound(system, path_);
+    FMOD_SOUND* sound = open_sound(system);
     FMOD_CHANNEL* channel = play_sound(system, sound);
     EXPECT_EQ(FMOD_Sound_Release(reinterpret_cast<FMOD_SOUND*>(channel)), FMOD_ERR_INVALID_HANDLE);
     EXPECT_EQ(FMOD_Sound_Release(reinterpret_cast<FMOD_SOUND*>(system)), FMOD_ERR_INVALID_HANDLE);
@@ -80,7 +107,7 @@ TEST_F(Handles, ASystemIsInitialisedOnceAndBeforeUse) {
 
 TEST_F(Handles, WhatIsNotOfferedIsSaidSo) {
     FMOD_SYSTEM* system = start_system();
-    FMOD_SOUND* sound = open_sound(system, path_);
+    FMOD_SOUND* sound = open_sound(system);
     FMOD_SOUND* other = nullptr;
     constexpr FMOD_MODE kLoop = 2;
     EXPECT_EQ(FMOD_System_CreateSound(system, path_.c_str(), kStream | kLoop, nullptr, &other),
@@ -106,43 +133,73 @@ TEST_F(Handles, WhatIsNotOfferedIsSaidSo) {
 TEST_F(Handles, ASoundOfAnotherSystemIsRefused) {
     FMOD_SYSTEM* first = start_system();
     FMOD_SYSTEM* second = start_system();
-    FMOD_SOUND* sound = open_sound(first, path_);
+    FMOD_SOUND* sound = open_sound(first);
     FMOD_CHANNEL* channel = nullptr;
     EXPECT_EQ(FMOD_System_PlaySound(second, FMOD_CHANNEL_FREE, sound, 0, &channel), FMOD_ERR_INVALID_PARAM);
 }
 
 TEST_F(Handles, PlayingAnotherSoundStealsTheChannel) {
     FMOD_SYSTEM* system = start_system();
-    FMOD_SOUND* first = open_sound(system, path_);
-    FMOD_SOUND* second = open_sound(system, path_);
+    FMOD_SOUND* first = open_sound(system);
+    FMOD_SOUND* second = open_sound(system);
     FMOD_CHANNEL* first_channel = play_sound(system, first);
     FMOD_CHANNEL* second_channel = play_sound(system, second);
     expect_channel(first_channel, FMOD_ERR_CHANNEL_STOLEN);
-    poll(second_channel);
+    expect_playing(second_channel);
     EXPECT_EQ(FMOD_Sound_Release(first), FMOD_OK); // what no longer plays stops nothing
     expect_channel(first_channel, FMOD_ERR_INVALID_HANDLE);
-    poll(second_channel);
+    expect_playing(second_channel);
+}
+
+TEST_F(Handles, PlayingTheSameSoundAgainStealsTheChannel) {
+    FMOD_SYSTEM* system = start_system();
+    FMOD_SOUND* sound = open_sound(system);
+    FMOD_CHANNEL* first_channel = play_sound(system, sound);
+    FMOD_CHANNEL* second_channel = play_sound(system, sound);
+    EXPECT_NE(first_channel, second_channel);
+    expect_channel(first_channel, FMOD_ERR_CHANNEL_STOLEN);
+    expect_playing(second_channel);
+}
+
+TEST_F(Handles, AStolenChannelStaysStolenWhenTheOtherSoundIsReleased) {
+    FMOD_SYSTEM* system = start_system();
+    FMOD_SOUND* second = nullptr;
+    FMOD_CHANNEL* first_channel = play_sound(system, open_sound(system));
+    play_sound(system, second = open_sound(system));
+    EXPECT_EQ(FMOD_Sound_Release(second), FMOD_OK);
+    expect_channel(first_channel, FMOD_ERR_CHANNEL_STOLEN);
 }
 
 TEST_F(Handles, ReleasingASoundEndsItsHandles) {
     FMOD_SYSTEM* system = start_system();
-    FMOD_SOUND* sound = open_sound(system, path_);
+    FMOD_SOUND* sound = open_sound(system);
     FMOD_CHANNEL* channel = play_sound(system, sound);
     EXPECT_EQ(FMOD_Sound_Release(sound), FMOD_OK);
     EXPECT_EQ(FMOD_Sound_Release(sound), FMOD_ERR_INVALID_HANDLE);
     expect_channel(channel, FMOD_ERR_INVALID_HANDLE);
     FMOD_CHANNEL* again = nullptr;
     EXPECT_EQ(FMOD_System_PlaySound(system, FMOD_CHANNEL_FREE, sound, 0, &again), FMOD_ERR_INVALID_HANDLE);
-    EXPECT_NE(open_sound(system, path_), sound) << "a handle never comes back";
+    FMOD_SOUND* next = open_sound(system);
+    EXPECT_NE(next, sound) << "a handle never comes back";
+    EXPECT_NE(play_sound(system, next), channel) << "a handle never comes back";
+    expect_channel(channel, FMOD_ERR_INVALID_HANDLE);
+}
+
+TEST_F(Handles, TheOrderOfChecksIsResultThenHandleThenArguments) {
+    EXPECT_EQ(FMOD_System_Create(nullptr), FMOD_ERR_INVALID_PARAM);
+    EXPECT_EQ(FMOD_System_CreateSound(nullptr, nullptr, kStream, nullptr, nullptr), FMOD_ERR_INVALID_PARAM);
+    EXPECT_EQ(FMOD_System_PlaySound(nullptr, FMOD_CHANNEL_FREE, nullptr, 0, nullptr), FMOD_ERR_INVALID_PARAM);
+    EXPECT_EQ(FMOD_Channel_GetPosition(nullptr, nullptr, 0), FMOD_ERR_INVALID_HANDLE);
+    EXPECT_EQ(FMOD_System_Init(nullptr, 0, 1, nullptr), FMOD_ERR_INVALID_HANDLE);
 }
 
 TEST_F(Handles, AFailedPlayLeavesWhatPlaysAlone) {
     FMOD_SYSTEM* system = start_system();
-    FMOD_CHANNEL* channel = play_sound(system, open_sound(system, path_));
+    FMOD_CHANNEL* channel = play_sound(system, open_sound(system));
     FMOD_CHANNEL* other = channel;
     EXPECT_EQ(FMOD_System_PlaySound(system, FMOD_CHANNEL_FREE, nullptr, 0, &other), FMOD_ERR_INVALID_HANDLE);
     EXPECT_EQ(other, nullptr);
-    poll(channel);
+    expect_playing(channel);
 }
 
 } // namespace

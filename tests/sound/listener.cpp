@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <thread>
 
-#include "hosts/desktop/sound/steady_time.h"
+#include "hosts/desktop/sound/position_clock.h"
 #include "tests/sound/test_music.h"
 #include "tests/sound/urgent.h"
 
@@ -61,16 +61,16 @@ FMOD_CHANNEL* play_sound(FMOD_SYSTEM* system, FMOD_SOUND* sound) {
 
 Poll poll(FMOD_CHANNEL* channel) {
     Poll result{};
-    result.before = sound::steady_seconds();
+    result.before = desktop::steady_seconds();
     EXPECT_EQ(FMOD_Channel_GetPosition(channel, &result.position, FMOD_TIMEUNIT_MS), FMOD_OK);
-    result.after = sound::steady_seconds();
+    result.after = desktop::steady_seconds();
     return result;
 }
 
 std::vector<Poll> poll_for(FMOD_CHANNEL* channel, double seconds, double interval, unsigned until) {
     std::vector<Poll> polls;
-    const double end = sound::steady_seconds() + seconds;
-    while (sound::steady_seconds() < end) {
+    const double end = desktop::steady_seconds() + seconds;
+    while (desktop::steady_seconds() < end) {
         polls.push_back(poll(channel));
         if (polls.back().position >= until) break;
         std::this_thread::sleep_for(std::chrono::duration<double>(interval));
@@ -108,16 +108,17 @@ void expect_polls_follow(const PulseRecorder& recorder, const std::vector<float>
 
     for (std::size_t i = 0; i < polls.size(); ++i) {
         if (i > 0 && polls[i].position < polls[i - 1].position) ++fell;
-        const double time = (polls[i].before + polls[i].after) / 2;
-        const std::int64_t frame = recorder.frame_at(time);
+        const std::int64_t before = recorder.frame_at(polls[i].before);
+        const std::int64_t after = recorder.frame_at(polls[i].after);
         for (const Run& run : runs) {
-            const bool after_gap = &run != &runs.front() && frame < run.begin + kRate / 3;
-            if (frame < run.begin || frame >= run.end || after_gap) continue;
-            const double audible = static_cast<double>(frame + run.lead) * 1000 / kRate;
-            const double off = polls[i].position - audible;
+            const bool after_gap = &run != &runs.front() && before < run.begin + kRate / 3;
+            if (before < run.begin || after >= run.end || after_gap) continue;
+            const double least = static_cast<double>(before + run.lead) * 1000 / kRate;
+            const double most = static_cast<double>(after + run.lead) * 1000 / kRate;
+            const double off = polls[i].position - std::clamp<double>(polls[i].position, least, most);
             if (std::fabs(off) > std::fabs(worst)) {
                 worst = off;
-                worst_at = audible;
+                worst_at = least;
             }
             const bool apart = i > 0 && polls[i].before - polls[i - 1].after >= 0.002;
             const bool ran = i > 0 && recorder.frame_at(polls[i - 1].before) >= run.begin;

@@ -13,8 +13,8 @@
 
 namespace {
 
-using sound::Mixer;
-using sound::StreamedSound;
+using desktop::Mixer;
+using desktop::StreamedSound;
 
 constexpr std::size_t kTail = 1000; // frames after which music that broke off has died away
 
@@ -24,7 +24,7 @@ protected:
         const std::string path = folder_ / name;
         write_mp3(path, noise(seconds, seed));
         music_ = read_mp3(path);
-        Mp3Error error = Mp3Error::none;
+        common::Mp3Error error = common::Mp3Error::none;
         return StreamedSound::open(path.c_str(), error);
     }
 

@@ -14,11 +14,13 @@ namespace {
 
 class Mp3 : public ::testing::Test {
 protected:
-    std::unique_ptr<Mp3Stream> open(const std::string& path) { return Mp3Stream::open(path.c_str(), error_); }
+    std::unique_ptr<common::Mp3Stream> open(const std::string& path) {
+        return common::Mp3Stream::open(path.c_str(), error_);
+    }
 
     TestFolder folder_;
     std::string path_ = folder_ / "a.mp3";
-    Mp3Error error_ = Mp3Error::none;
+    common::Mp3Error error_ = common::Mp3Error::none;
 };
 
 // How unlike two pieces of the left channel are: 0 for the same, 1 for half the power.
@@ -41,7 +43,7 @@ double frequency(const std::vector<float>& samples) {
     for (std::size_t i = 2; i < samples.size(); i += 2)
         if (samples[i - 2] < 0 && samples[i] >= 0)
             passes.push_back(static_cast<double>(i) / 2 - samples[i] / (samples[i] - samples[i - 2]));
-    return static_cast<double>(passes.size() - 1) / (passes.back() - passes.front()) * kSoundRate;
+    return static_cast<double>(passes.size() - 1) / (passes.back() - passes.front()) * common::kSoundRate;
 }
 
 TEST_F(Mp3, HasExactlyTheFramesThatWereEncoded) {
@@ -166,34 +168,34 @@ TEST_F(Mp3, SkipsAnId3Tag) {
 
 TEST_F(Mp3, SaysWhyAFileCannotBeOpened) {
     EXPECT_FALSE(open(folder_ / "missing.mp3"));
-    EXPECT_EQ(error_, Mp3Error::not_found);
+    EXPECT_EQ(error_, common::Mp3Error::not_found);
     EXPECT_FALSE(open(folder_ / "missing/a.mp3"));
-    EXPECT_EQ(error_, Mp3Error::not_found);
+    EXPECT_EQ(error_, common::Mp3Error::not_found);
     EXPECT_FALSE(open(folder_.path()));
-    EXPECT_EQ(error_, Mp3Error::unreadable);
+    EXPECT_EQ(error_, common::Mp3Error::unreadable);
     std::ofstream{path_};
     EXPECT_FALSE(open(path_));
-    EXPECT_EQ(error_, Mp3Error::unreadable);
+    EXPECT_EQ(error_, common::Mp3Error::unreadable);
     std::ofstream(path_) << "This is text, and no music at all.\n";
     EXPECT_FALSE(open(path_));
-    EXPECT_EQ(error_, Mp3Error::not_mp3);
+    EXPECT_EQ(error_, common::Mp3Error::not_mp3);
     std::ofstream(path_, std::ios::binary) << std::string(100000, '\0');
     EXPECT_FALSE(open(path_));
-    EXPECT_EQ(error_, Mp3Error::not_mp3);
+    EXPECT_EQ(error_, common::Mp3Error::not_mp3);
 }
 
 TEST_F(Mp3, RefusesWhatOnlySomewhereLooksLikeAFrame) {
     EXPECT_FALSE(open(std::string(DATA_FOLDER) + "/Vera.ttf"));
-    EXPECT_EQ(error_, Mp3Error::not_mp3);
+    EXPECT_EQ(error_, common::Mp3Error::not_mp3);
     EXPECT_FALSE(open(std::string(DATA_FOLDER) + "/Arial"));
-    EXPECT_EQ(error_, Mp3Error::not_mp3);
+    EXPECT_EQ(error_, common::Mp3Error::not_mp3);
 }
 
 TEST_F(Mp3, RefusesAFileCutWithinItsFirstFrame) {
     write_mp3(path_, noise(1, 1));
     std::filesystem::resize_file(path_, 100);
     EXPECT_FALSE(open(path_));
-    EXPECT_EQ(error_, Mp3Error::not_mp3);
+    EXPECT_EQ(error_, common::Mp3Error::not_mp3);
 }
 
 } // namespace

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <thread>
 
-#include "hosts/desktop/sound/steady_time.h"
+#include "hosts/desktop/sound/position_clock.h"
 #include "tests/sound/listener.h"
 #include "tests/sound/pulse_recorder.h"
 #include "tests/sound/pulse_server.h"
@@ -76,7 +76,7 @@ TEST_F(Playback, AnotherSoundIsHeardWithinSixtyMillisecondsAndItsPositionStartsA
     FMOD_SOUND* sound = open_sound(system, first);
     const std::vector<Poll> before = poll_for(play_sound(system, sound), 2);
 
-    const double call = sound::steady_seconds();
+    const double call = desktop::steady_seconds();
     EXPECT_EQ(FMOD_Sound_Release(sound), FMOD_OK);
     FMOD_CHANNEL* channel = play_sound(system, open_sound(system, second));
     const std::vector<Poll> after = poll_for(channel, 2);
@@ -96,7 +96,7 @@ TEST_F(Playback, ReleasingTheSoundStopsItAtOnce) {
     FMOD_SOUND* sound = open_sound(system, path);
     poll_for(play_sound(system, sound), 1);
     EXPECT_EQ(FMOD_Sound_Release(sound), FMOD_OK);
-    const double released = sound::steady_seconds();
+    const double released = desktop::steady_seconds();
     std::this_thread::sleep_for(std::chrono::milliseconds(500));
     recorder_.stop();
     const auto silent_from = static_cast<std::size_t>(2 * recorder_.frame_at(released + 0.06));

@@ -11,7 +11,7 @@
 
 namespace {
 
-using sound::PositionClock;
+using desktop::PositionClock;
 
 constexpr double kRate = 44100;
 constexpr double kMs = kRate / 1000; // frames

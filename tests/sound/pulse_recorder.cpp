@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "hosts/desktop/sound/steady_time.h"
+#include "hosts/desktop/sound/position_clock.h"
 #include "tests/sound/urgent.h"
 
 namespace {
@@ -71,7 +71,7 @@ void PulseRecorder::Stream::on_data(pa_stream* stream, std::size_t, void* user) 
     pa_usec_t stream_time = 0;
     if (pa_stream_get_time(stream, &stream_time) == 0)
         self->timings.push_back({static_cast<std::int64_t>(self->samples.size() / 2),
-                                 sound::steady_seconds() - 1e-6 * static_cast<double>(stream_time)});
+                                 desktop::steady_seconds() - 1e-6 * static_cast<double>(stream_time)});
     pa_threaded_mainloop_signal(self->loop, 0);
 }
 

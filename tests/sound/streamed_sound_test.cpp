@@ -10,14 +10,14 @@
 
 namespace {
 
-using sound::StreamedSound;
+using desktop::StreamedSound;
 
 class Streamed : public ::testing::Test {
 protected:
     Streamed() {
         write_mp3(path_, noise(4, 1));
         music_ = read_mp3(path_);
-        Mp3Error error = Mp3Error::none;
+        common::Mp3Error error = common::Mp3Error::none;
         sound_ = StreamedSound::open(path_.c_str(), error);
     }
 

@@ -4,11 +4,11 @@
 #include <cmath>
 #include <random>
 
-#include "hosts/common/sound_format.h"
+#include "hosts/common/mp3_stream.h"
 
 std::vector<float> noise(double seconds, std::uint32_t seed) {
     std::mt19937 random(seed);
-    std::vector<float> samples(2 * static_cast<std::size_t>(seconds * kSoundRate));
+    std::vector<float> samples(2 * static_cast<std::size_t>(seconds * common::kSoundRate));
     float left = 0;
     float right = 0;
     const auto next = [&random] { return (static_cast<float>(random() >> 8) / 8388608.0f - 1.0f) * 0.4f; };

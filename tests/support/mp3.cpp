@@ -59,8 +59,8 @@ void write_mp3(const std::string& path, const std::vector<float>& samples, const
 }
 
 std::vector<float> read_mp3(const std::string& path) {
-    Mp3Error error = Mp3Error::none;
-    const std::unique_ptr<Mp3Stream> stream = Mp3Stream::open(path.c_str(), error);
+    common::Mp3Error error = common::Mp3Error::none;
+    const std::unique_ptr<common::Mp3Stream> stream = common::Mp3Stream::open(path.c_str(), error);
     if (!stream) throw std::runtime_error("cannot decode " + path);
     std::vector<float> samples(2 * static_cast<std::size_t>(stream->length()));
     samples.resize(2 * stream->read(samples.data(), samples.size() / 2));

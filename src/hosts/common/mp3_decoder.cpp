@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "hosts/common/sound_format.h"
+namespace common {
 
 namespace {
 
@@ -161,3 +161,5 @@ bool Mp3Decoder::seek(std::int64_t frame) {
     position_ = frame;
     return true;
 }
+
+} // namespace common

@@ -1,10 +1,16 @@
-// An MP3 file decoded at its own rate: stereo floats, gapless, seekable to the sample. The lower half of
-// Mp3Stream, which see for frames, errors and threads.
+// An MP3 file decoded at its own rate: stereo floats, gapless, seekable to the sample. Mp3Stream, which is built
+// on it, explains frames and threads.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+
+namespace common {
+
+// The format of all sound inside the hosts: interleaved stereo floats, left then right, nominally -1..1.
+constexpr int kSoundRate = 44100; // frames per second
+constexpr int kSoundChannels = 2;
 
 enum class Mp3Error {
     none,
@@ -44,3 +50,5 @@ private:
     std::int64_t length_ = 0;
     std::int64_t position_ = 0;
 };
+
+} // namespace common

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
-#include "hosts/common/sound_format.h"
+namespace common {
 
 namespace {
 
@@ -83,3 +83,5 @@ bool Mp3Resampler::seek(std::int64_t frame) {
     }
     return true;
 }
+
+} // namespace common

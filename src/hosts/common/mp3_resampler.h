@@ -1,9 +1,9 @@
-// What a decoder at another rate sounds like at 44.1 kHz. The upper half of Mp3Stream, which see for frames
+// Converts what a decoder reads at another rate to 44.1 kHz. Mp3Stream, which is built on it, explains frames
 // and threads.
 //
-// The two rates stand in the ratio of two small whole numbers: `out_step` frames handed out cover exactly as
-// much time as `in_step` frames of the file. A seek starts the filter at a multiple of these steps, so that
-// the frames come out the same from wherever one arrives.
+// The ratio of the two rates is that of two small whole numbers: `out_step` output frames last exactly as long
+// as `in_step` frames of the file. A seek starts the filter at a multiple of these steps, so that the output is
+// the same after a seek as without one.
 #pragma once
 
 #include <samplerate.h>
@@ -14,6 +14,8 @@
 #include <vector>
 
 #include "hosts/common/mp3_decoder.h"
+
+namespace common {
 
 class Mp3Resampler {
 public:
@@ -43,3 +45,5 @@ private:
     std::size_t input_end_ = 0;
     bool input_over_ = false;
 };
+
+} // namespace common

@@ -4,6 +4,8 @@
 
 #include "hosts/common/mp3_resampler.h"
 
+namespace common {
+
 std::unique_ptr<Mp3Stream> Mp3Stream::open(const char* path, Mp3Error& error) {
     std::unique_ptr<Mp3Decoder> decoder = Mp3Decoder::open(path, error);
     if (!decoder) return nullptr;
@@ -36,3 +38,5 @@ bool Mp3Stream::seek(std::int64_t frame) {
     position_ = frame;
     return true;
 }
+
+} // namespace common

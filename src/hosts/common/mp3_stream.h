@@ -1,7 +1,7 @@
 // An MP3 file as a stream of stereo floats at 44.1 kHz, whatever the file's own rate and channel count.
 //
-//     Mp3Error error;
-//     std::unique_ptr<Mp3Stream> music = Mp3Stream::open("music.mp3", error);
+//     common::Mp3Error error;
+//     auto music = common::Mp3Stream::open("music.mp3", error);
 //     std::vector<float> block(2 * 1024);
 //     while (std::size_t frames = music->read(block.data(), 1024)) play(block.data(), frames);
 //
@@ -21,7 +21,8 @@
 #include <memory>
 
 #include "hosts/common/mp3_decoder.h"
-#include "hosts/common/sound_format.h"
+
+namespace common {
 
 class Mp3Resampler;
 
@@ -55,3 +56,5 @@ private:
     std::unique_ptr<Mp3Resampler> resampler_; // null at 44.1 kHz
     std::int64_t position_ = 0;
 };
+
+} // namespace common

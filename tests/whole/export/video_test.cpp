@@ -14,8 +14,8 @@ constexpr int kRate = 44100;
 
 // The left channel of a piece of the show's music.
 std::vector<float> music(const std::string& file, double from, double seconds) {
-    Mp3Error error = Mp3Error::none;
-    const auto stream = Mp3Stream::open((std::string(SKAV_DATA) + "/" + file).c_str(), error);
+    common::Mp3Error error = common::Mp3Error::none;
+    const auto stream = common::Mp3Stream::open((std::string(SKAV_DATA) + "/" + file).c_str(), error);
     EXPECT_TRUE(stream);
     EXPECT_TRUE(stream->seek(static_cast<std::int64_t>(from * kRate)));
     std::vector<float> both(static_cast<std::size_t>(seconds * kRate) * 2);

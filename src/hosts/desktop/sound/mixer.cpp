@@ -6,7 +6,7 @@
 #include <thread>
 #include <utility>
 
-namespace sound {
+namespace desktop {
 
 namespace {
 
@@ -14,6 +14,15 @@ constexpr float kTailDecay = 0.98f;  // per frame: inaudible after some 10 ms
 constexpr float kTailSilent = 1e-5f; // below the smallest step of 16 bits
 
 } // namespace
+
+std::optional<Segment> SegmentLog::at(double device) const {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    added_.consume_all([this](const Segment& segment) { kept_.push_back(segment); });
+    while (kept_.size() > kKept) kept_.pop_front();
+    const auto found = std::find_if(kept_.rbegin(), kept_.rend(),
+                                    [device](const Segment& segment) { return segment.device <= device; });
+    return found == kept_.rend() ? std::nullopt : std::make_optional(*found);
+}
 
 void Mixer::play(StreamedSound& sound, std::uint64_t play) {
     replace(std::make_unique<Play>(Play{&sound, play, sound.begin()}));
@@ -82,4 +91,4 @@ void Mixer::add_tail(float* out, std::size_t frames) {
     }
 }
 
-} // namespace sound
+} // namespace desktop

@@ -1,19 +1,54 @@
 // The one channel: what the device gets to play, and the record of it.
 //
 // Threads: play() and stop() belong to the controlling thread. render() belongs to whoever feeds the device;
-// it never locks, allocates, waits, reads files or decodes. handed_out() and segments() are for any thread.
+// it never locks, allocates, waits, reads files or decodes. handed_out() and segments() are for any other thread.
 #pragma once
 
 #include <array>
 #include <atomic>
+#include <boost/lockfree/spsc_queue.hpp>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <memory>
+#include <mutex>
+#include <optional>
 
-#include "hosts/desktop/sound/segment_log.h"
 #include "hosts/desktop/sound/streamed_sound.h"
 
-namespace sound {
+namespace desktop {
+
+// From device frame `device` on, until the next segment, the play number `play` is at music frame `music`:
+// running on from it frame by frame, or standing at it in silence.
+struct Segment {
+    double device;
+    double music;
+    std::uint64_t play;
+    bool running;
+};
+
+// Which part of the music the device plays at which of its own frames.
+//
+// Device frames count everything ever rendered, silence included. A new segment is made only where the relation
+// between device and music changes: at a start, a seek, the end, and both ends of a gap in which the decoder was
+// late. Only the newest segments are kept, many more than the device's delay can hold.
+class SegmentLog {
+public:
+    static constexpr std::size_t kKept = 256;
+
+    // Adds a segment that begins no earlier than the last one. One thread at a time; wait-free. It is lost if
+    // kKept segments were added since the last call of at().
+    void add(const Segment& segment) { added_.push(segment); }
+
+    // The segment that device frame `device` lies in; none before the first one, or if it is no longer kept.
+    // Any thread but the one that renders.
+    std::optional<Segment> at(double device) const;
+
+private:
+    mutable boost::lockfree::spsc_queue<Segment, boost::lockfree::capacity<kKept>> added_;
+    mutable std::mutex mutex_;
+    mutable std::deque<Segment> kept_; // guarded by mutex_
+};
 
 class Mixer {
 public:
@@ -63,4 +98,4 @@ private:
     std::array<float, 2> tail_{};     // what is left of music that broke off, dying away without a click
 };
 
-} // namespace sound
+} // namespace desktop

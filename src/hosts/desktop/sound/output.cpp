@@ -6,9 +6,7 @@
 #include <array>
 #include <chrono>
 
-#include "hosts/desktop/sound/steady_time.h"
-
-namespace sound {
+namespace desktop {
 
 namespace {
 
@@ -87,7 +85,7 @@ void Output::Device::on_state(cubeb_stream*, void* user, cubeb_state state) {
     if (state == CUBEB_STATE_ERROR) device->failed.store(true, std::memory_order_release);
 }
 
-Output::Output(Mixer& mixer) : mixer_(mixer), position_({{steady_seconds(), 0, 0}, 0}) {
+Output::Output(Mixer& mixer) : mixer_(mixer), position_{{steady_seconds(), 0, 0}, false} {
     device_ = std::make_unique<Device>(mixer);
     if (!device_->open() || !device_->start()) device_.reset();
     if (!device_) publish({steady_seconds(), 0, kRate}, true);
@@ -103,8 +101,15 @@ Output::~Output() {
     thread_.join();
 }
 
+void Output::publish(const Line& line, bool silent) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    position_ = {line, silent};
+}
+
 double Output::audible() const {
-    const Position position = position_.load();
+    std::unique_lock<std::mutex> lock(mutex_);
+    const Position position = position_;
+    lock.unlock();
     const double frame = position.line.at(steady_seconds());
     if (position.silent) return frame;
     // A device that stalls is noticed a little later than it does: nothing is heard before it is handed out.
@@ -170,4 +175,4 @@ void Output::play_silently() {
     } while (pause());
 }
 
-} // namespace sound
+} // namespace desktop

@@ -6,9 +6,9 @@
 // back is not picked up again: the sound stays off until the program ends. The show is over in minutes, and a
 // half-working device that comes and goes would tear at its only clock.
 //
-// Threads: a thread of its own watches the device, and is the silent one when it has to be, so no call of
-// the owner's ever waits for a sound server. The device's library calls back on a thread of the library's.
-// audible() is for any thread and wait-free but for a rare retry.
+// Threads: the constructor opens the device on the calling thread and may wait for a sound server. From then on
+// a thread of its own watches the device, and takes the frames in its place once it is lost. The device's library
+// calls back on a thread of the library's. audible() is for any thread.
 #pragma once
 
 #include <atomic>
@@ -20,9 +20,8 @@
 
 #include "hosts/desktop/sound/mixer.h"
 #include "hosts/desktop/sound/position_clock.h"
-#include "hosts/desktop/sound/seq_lock.h"
 
-namespace sound {
+namespace desktop {
 
 class Output {
 public:
@@ -43,23 +42,23 @@ private:
     // What the watching thread last found out about the position.
     struct Position {
         Line line;
-        std::uint64_t silent; // 1 once the silent device plays
+        bool silent; // the silent device plays
     };
 
     void run();
     void follow_device();
     void play_silently();
-    void publish(const Line& line, bool silent) { position_.store({line, silent ? 1u : 0u}); }
+    void publish(const Line& line, bool silent);
     bool pause();
 
     Mixer& mixer_;
-    SeqLock<Position> position_;
     std::unique_ptr<Device> device_; // null if there is none
 
-    std::mutex mutex_;
+    mutable std::mutex mutex_;
+    Position position_; // guarded by mutex_
     std::condition_variable wake_;
     bool stop_ = false; // guarded by mutex_
     std::thread thread_;
 };
 
-} // namespace sound
+} // namespace desktop

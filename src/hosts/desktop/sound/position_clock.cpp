@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace sound {
+namespace desktop {
 
 namespace {
 
@@ -41,4 +41,4 @@ void PositionClock::measure(double now, double frames) {
     line_ = {now, here, rate_ * (1 + bend)};
 }
 
-} // namespace sound
+} // namespace desktop

@@ -16,9 +16,15 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 
-namespace sound {
+namespace desktop {
+
+// Seconds of the clock that is never set and never goes back.
+inline double steady_seconds() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
 
 // A position that runs along a straight line.
 struct Line {
@@ -55,4 +61,4 @@ private:
     std::size_t news_ = 0;                  // how many there were
 };
 
-} // namespace sound
+} // namespace desktop

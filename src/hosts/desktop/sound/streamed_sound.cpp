@@ -4,33 +4,34 @@
 #include <chrono>
 #include <utility>
 
-namespace sound {
+namespace desktop {
 
 namespace {
 
-constexpr std::size_t kRingFrames = 65536;
+constexpr std::size_t kQueueFrames = 65536;
 constexpr std::size_t kBlockFrames = 1152;
-constexpr std::int64_t kDecodedAtOnce = kSoundRate / 2;
+constexpr std::int64_t kDecodedAtOnce = common::kSoundRate / 2;
 constexpr std::chrono::milliseconds kDecoderPause{20}; // a small part of what the queue holds
 
 } // namespace
 
-std::unique_ptr<StreamedSound> StreamedSound::open(const char* path, Mp3Error& error) {
-    std::unique_ptr<Mp3Stream> stream = Mp3Stream::open(path, error);
+std::unique_ptr<StreamedSound> StreamedSound::open(const char* path, common::Mp3Error& error) {
+    std::unique_ptr<common::Mp3Stream> stream = common::Mp3Stream::open(path, error);
     if (!stream) return nullptr;
     std::unique_ptr<StreamedSound> sound(new StreamedSound(std::move(stream)));
     sound->start_decoder();
     return sound;
 }
 
-StreamedSound::StreamedSound(std::unique_ptr<Mp3Stream> stream)
-    : stream_(std::move(stream)), ring_(kRingFrames) {}
+StreamedSound::StreamedSound(std::unique_ptr<common::Mp3Stream> stream)
+    : Sound(static_cast<unsigned>(stream->length() * 1000 / common::kSoundRate)), stream_(std::move(stream)),
+      queue_(common::kSoundChannels * kQueueFrames) {}
 
 StreamedSound::~StreamedSound() { stop_decoder(); }
 
 void StreamedSound::seek(std::int64_t frame) {
     stop_decoder();
-    ring_.clear();
+    queue_.reset();
     begin_ = frame;
     taken_from_.store(false, std::memory_order_relaxed);
     all_decoded_ = !stream_->seek(frame);
@@ -39,7 +40,7 @@ void StreamedSound::seek(std::int64_t frame) {
 
 std::size_t StreamedSound::take(float* out, std::size_t frames) {
     taken_from_.store(true, std::memory_order_relaxed);
-    return ring_.read(out, frames);
+    return queue_.pop(out, common::kSoundChannels * frames) / common::kSoundChannels;
 }
 
 // Decodes the first half second on the calling thread and leaves the rest to the decoder thread.
@@ -66,7 +67,8 @@ void StreamedSound::decode_ahead() {
     std::unique_lock<std::mutex> lock(mutex_);
     while (!stop_) {
         lock.unlock();
-        const bool room_left = ring_.space() >= kBlockFrames && decode_block();
+        const bool room_left =
+            queue_.write_available() >= common::kSoundChannels * kBlockFrames && decode_block();
         lock.lock();
         if (!room_left) wake_.wait_for(lock, kDecoderPause, [this] { return stop_; });
     }
@@ -77,9 +79,9 @@ bool StreamedSound::decode_block() {
     if (all_decoded_) return false;
     std::array<float, 2 * kBlockFrames> block;
     const std::size_t frames = stream_->read(block.data(), kBlockFrames);
-    ring_.write(block.data(), frames);
+    queue_.push(block.data(), common::kSoundChannels * frames);
     all_decoded_ = frames < kBlockFrames;
     return !all_decoded_;
 }
 
-} // namespace sound
+} // namespace desktop

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <atomic>
+#include <boost/lockfree/spsc_queue.hpp>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
@@ -17,19 +18,17 @@
 #include <thread>
 
 #include "hosts/common/mp3_stream.h"
-#include "hosts/desktop/sound/stream_ring.h"
+#include "hosts/common/sound_calls.h"
 
-namespace sound {
+namespace desktop {
 
-class StreamedSound {
+class StreamedSound : public common::Sound {
 public:
     // Opens the file at `path` at its frame 0. Returns null on failure; `error` says which, or none.
-    static std::unique_ptr<StreamedSound> open(const char* path, Mp3Error& error);
+    static std::unique_ptr<StreamedSound> open(const char* path, common::Mp3Error& error);
 
     // Stops the decoder; takes as long as one block of decoding at most.
-    ~StreamedSound();
-    StreamedSound(const StreamedSound&) = delete;
-    StreamedSound& operator=(const StreamedSound&) = delete;
+    ~StreamedSound() override;
 
     std::int64_t length() const { return stream_->length(); } // frames
 
@@ -47,15 +46,15 @@ public:
     std::size_t take(float* out, std::size_t frames);
 
 private:
-    explicit StreamedSound(std::unique_ptr<Mp3Stream> stream);
+    explicit StreamedSound(std::unique_ptr<common::Mp3Stream> stream);
 
     void start_decoder();
     void stop_decoder();
     void decode_ahead();
     bool decode_block();
 
-    std::unique_ptr<Mp3Stream> stream_; // the decoder thread's while it runs
-    StreamRing ring_;
+    std::unique_ptr<common::Mp3Stream> stream_; // the decoder thread's while it runs
+    boost::lockfree::spsc_queue<float> queue_;  // decoded samples
     std::int64_t begin_ = 0;
     std::atomic<bool> taken_from_{false};
     bool all_decoded_ = false; // the decoder thread's while it runs
@@ -66,4 +65,4 @@ private:
     std::thread decoder_;
 };
 
-} // namespace sound
+} // namespace desktop

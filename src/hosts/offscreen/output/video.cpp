@@ -81,15 +81,15 @@ public:
     const std::vector<float>& samples_of(const PictureInfo& frame) {
         const std::int64_t begin = samples_before(frame.frame);
         const auto count = static_cast<std::size_t>(samples_before(frame.frame + 1) - begin);
-        samples_.assign(count * kSoundChannels, 0.0f);
+        samples_.assign(count * common::kSoundChannels, 0.0f);
         if (!frame.sound) return samples_;
         if (frame.sound != piece_) open(frame.sound);
 
         const std::int64_t position = begin - samples_before(piece_->from_frame);
         if (position >= stream_->length()) return samples_;
         if (stream_->position() != position && !stream_->seek(position)) {
-            throw Failure("cannot read " + piece_->file + " at " + std::to_string(position / kSoundRate) +
-                          " s");
+            throw Failure("cannot read " + piece_->file + " at " +
+                          std::to_string(position / common::kSoundRate) + " s");
         }
         stream_->read(samples_.data(), count);
         return samples_;
@@ -97,19 +97,19 @@ public:
 
 private:
     void open(const std::shared_ptr<const Played>& piece) {
-        Mp3Error error = Mp3Error::none;
-        stream_ = Mp3Stream::open(piece->file.c_str(), error);
+        common::Mp3Error error = common::Mp3Error::none;
+        stream_ = common::Mp3Stream::open(piece->file.c_str(), error);
         if (!stream_) throw Failure("cannot decode the music in " + piece->file);
         piece_ = piece;
     }
 
     std::int64_t samples_before(std::int64_t frame) const {
-        return frame * kSoundRate * rate_.seconds / rate_.frames;
+        return frame * common::kSoundRate * rate_.seconds / rate_.frames;
     }
 
     FrameRate rate_;
     std::shared_ptr<const Played> piece_;
-    std::unique_ptr<Mp3Stream> stream_;
+    std::unique_ptr<common::Mp3Stream> stream_;
     std::vector<float> samples_;
 };
 
@@ -137,8 +137,8 @@ public:
 
         const std::vector<float>& samples = soundtrack_.samples_of(picture.info);
         void* data = const_cast<float*>(samples.data());
-        check(
-            av_audio_fifo_write(sound_fifo_.get(), &data, static_cast<int>(samples.size()) / kSoundChannels));
+        check(av_audio_fifo_write(sound_fifo_.get(), &data,
+                                  static_cast<int>(samples.size()) / common::kSoundChannels));
         while (av_audio_fifo_size(sound_fifo_.get()) >= sound_block_) encode_sound_block(sound_block_);
     }
 
@@ -221,20 +221,20 @@ private:
 
     void open_sound() {
         sound_ = make_codec(avcodec_find_encoder(container_.sound), avcodec_get_name(container_.sound));
-        sound_->sample_rate = kSoundRate;
-        sound_->time_base = {1, kSoundRate};
-        av_channel_layout_default(&sound_->ch_layout, kSoundChannels);
+        sound_->sample_rate = common::kSoundRate;
+        sound_->time_base = {1, common::kSoundRate};
+        av_channel_layout_default(&sound_->ch_layout, common::kSoundChannels);
         sound_->sample_fmt = container_.samples;
         sound_->bit_rate = kSoundBitRate;
         check(avcodec_open2(sound_.get(), nullptr, nullptr));
         sound_block_ = sound_->frame_size > 0 ? sound_->frame_size : kPcmBlock;
         sound_stream_ = add_stream(*sound_);
 
-        sound_fifo_.reset(av_audio_fifo_alloc(AV_SAMPLE_FMT_FLT, kSoundChannels, kSoundRate));
+        sound_fifo_.reset(av_audio_fifo_alloc(AV_SAMPLE_FMT_FLT, common::kSoundChannels, common::kSoundRate));
         check(sound_fifo_ ? 0 : AVERROR(ENOMEM));
         SwrContext* resampler = nullptr;
-        check(swr_alloc_set_opts2(&resampler, &sound_->ch_layout, container_.samples, kSoundRate,
-                                  &sound_->ch_layout, AV_SAMPLE_FMT_FLT, kSoundRate, 0, nullptr));
+        check(swr_alloc_set_opts2(&resampler, &sound_->ch_layout, container_.samples, common::kSoundRate,
+                                  &sound_->ch_layout, AV_SAMPLE_FMT_FLT, common::kSoundRate, 0, nullptr));
         resampler_.reset(resampler);
         check(swr_init(resampler_.get()));
     }
@@ -243,7 +243,7 @@ private:
         AvFramePtr frame(av_frame_alloc());
         check(frame ? 0 : AVERROR(ENOMEM));
         frame->format = format;
-        frame->sample_rate = kSoundRate;
+        frame->sample_rate = common::kSoundRate;
         frame->nb_samples = count;
         check(av_channel_layout_copy(&frame->ch_layout, &sound_->ch_layout));
         check(av_frame_get_buffer(frame.get(), 0));

@@ -1,39 +1,34 @@
-// The FMOD Ex calls as the show makes them: handles and arguments are checked here, the work is Player's.
-//
 // A handle is a number that is given out once and looked up, never an address: one that is stale or made up
-// is not found, and nothing is touched. Systems live to the end of the program, for no call ends one. At
-// exit() their threads may be in the middle of something, so nothing here is ever destroyed: no thread finds
-// anything gone, and nobody waits for a sound server that hangs.
+// is not found, and nothing is touched. No call ends a system, so systems live to the end of the program and
+// are never destroyed: at exit() a player's threads may be busy or wait for a sound server that hangs.
+#include "hosts/common/sound_calls.h"
+
+#include <algorithm>
 #include <cstdint>
 #include <iterator>
-#include <memory>
 #include <new>
 #include <unordered_map>
 #include <utility>
-
-#include "hosts/desktop/sound/player.h"
-#include "hosts/desktop/sound/streamed_sound.h"
-#include "show/fmod_ex.h"
 
 namespace {
 
 using Handle = std::uintptr_t;
 
 struct System {
-    std::unique_ptr<sound::Player> player; // null before FMOD_System_Init
-    Handle channel = 0;                    // the one that plays
+    std::unique_ptr<common::Player> player; // null before FMOD_System_Init
+    Handle channel = 0;                     // the one last played
 };
 
-struct Sound {
+struct OpenSound {
     System* system;
-    std::unique_ptr<sound::StreamedSound> stream;
+    std::unique_ptr<common::Sound> sound;
 };
 
 struct Registry {
     Handle last = 0;
     std::unordered_map<Handle, System> systems;
-    std::unordered_map<Handle, Sound> sounds;
-    std::unordered_map<Handle, Handle> channels; // each to its sound; gone with the sound
+    std::unordered_map<Handle, OpenSound> sounds;
+    std::unordered_map<Handle, Handle> channels; // each channel's sound; removed with the sound
 
     Handle next() { return last += 16; }
 };
@@ -58,35 +53,17 @@ System* find(FMOD_SYSTEM* system) {
     return found == registry().systems.end() ? nullptr : &found->second;
 }
 
-Sound* find(FMOD_SOUND* sound) {
+OpenSound* find(FMOD_SOUND* sound) {
     const auto found = registry().sounds.find(to_handle(sound));
     return found == registry().sounds.end() ? nullptr : &found->second;
 }
 
-// Finds the player whose current channel `channel` is.
-FMOD_RESULT find(FMOD_CHANNEL* channel, sound::Player** player) {
+// Finds the sound that `channel` plays, if no other channel was played since.
+FMOD_RESULT find(FMOD_CHANNEL* channel, OpenSound*& sound) {
     const auto found = registry().channels.find(to_handle(channel));
     if (found == registry().channels.end()) return FMOD_ERR_INVALID_HANDLE;
-    const System& system = *registry().sounds.at(found->second).system;
-    if (system.channel != to_handle(channel)) return FMOD_ERR_CHANNEL_STOLEN;
-    *player = system.player.get();
-    return FMOD_OK;
-}
-
-FMOD_RESULT to_result(Mp3Error error) {
-    switch (error) {
-    case Mp3Error::none:
-        return FMOD_OK;
-    case Mp3Error::not_found:
-        return FMOD_ERR_FILE_NOTFOUND;
-    case Mp3Error::unreadable:
-        return FMOD_ERR_FILE_BAD;
-    case Mp3Error::not_mp3:
-        return FMOD_ERR_FORMAT;
-    case Mp3Error::no_memory:
-        return FMOD_ERR_MEMORY;
-    }
-    return FMOD_ERR_INTERNAL;
+    sound = &registry().sounds.at(found->second);
+    return sound->system->channel == to_handle(channel) ? FMOD_OK : FMOD_ERR_CHANNEL_STOLEN;
 }
 
 // Runs a call's work; what it throws (no memory, no thread) becomes the call's result.
@@ -122,7 +99,7 @@ FMOD_RESULT FMOD_System_Init(FMOD_SYSTEM* system, int maxchannels, FMOD_INITFLAG
     if (maxchannels < 1) return FMOD_ERR_INVALID_PARAM;
     if (maxchannels > 1 || flags != FMOD_INIT_NORMAL || extradriverdata) return FMOD_ERR_UNSUPPORTED;
     return guarded([&] {
-        found->player = std::make_unique<sound::Player>();
+        found->player = common::make_player();
         return FMOD_OK;
     });
 }
@@ -137,11 +114,11 @@ FMOD_RESULT FMOD_System_CreateSound(FMOD_SYSTEM* system, const char* name_or_dat
     if (!name_or_data) return FMOD_ERR_INVALID_PARAM;
     if (mode & ~(FMOD_2D | FMOD_SOFTWARE | FMOD_CREATESTREAM) || exinfo) return FMOD_ERR_UNSUPPORTED;
     return guarded([&] {
-        Mp3Error error = Mp3Error::none;
-        std::unique_ptr<sound::StreamedSound> stream = sound::StreamedSound::open(name_or_data, error);
-        if (!stream) return to_result(error);
+        FMOD_RESULT error = FMOD_ERR_INTERNAL;
+        std::unique_ptr<common::Sound> opened = found->player->open(name_or_data, error);
+        if (!opened) return error;
         const Handle handle = registry().next();
-        registry().sounds.emplace(handle, Sound{found, std::move(stream)});
+        registry().sounds.emplace(handle, OpenSound{found, std::move(opened)});
         *sound = to_pointer<FMOD_SOUND>(handle);
         return FMOD_OK;
     });
@@ -152,14 +129,14 @@ FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX channel
     if (!channel) return FMOD_ERR_INVALID_PARAM;
     *channel = nullptr;
     System* found = find(system);
-    Sound* found_sound = find(sound);
-    if (!found || !found_sound) return FMOD_ERR_INVALID_HANDLE;
-    if (found_sound->system != found) return FMOD_ERR_INVALID_PARAM;
+    OpenSound* to_play = find(sound);
+    if (!found || !to_play) return FMOD_ERR_INVALID_HANDLE;
+    if (to_play->system != found) return FMOD_ERR_INVALID_PARAM;
     if (channelid > 0 || channelid < FMOD_CHANNEL_REUSE) return FMOD_ERR_INVALID_PARAM;
     if (paused) return FMOD_ERR_UNSUPPORTED;
     return guarded([&] {
-        found->channel = 0;
-        found->player->play(*found_sound->stream);
+        found->channel = 0; // if play() throws, nothing plays
+        found->player->play(*to_play->sound);
         const Handle handle = registry().next();
         registry().channels[handle] = to_handle(sound);
         found->channel = handle;
@@ -169,32 +146,37 @@ FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX channel
 }
 
 FMOD_RESULT FMOD_Channel_GetPosition(FMOD_CHANNEL* channel, unsigned int* position, FMOD_TIMEUNIT postype) {
-    sound::Player* player = nullptr;
-    const FMOD_RESULT result = find(channel, &player);
+    OpenSound* playing = nullptr;
+    const FMOD_RESULT result = find(channel, playing);
     if (result != FMOD_OK) return result;
     if (!position) return FMOD_ERR_INVALID_PARAM;
     if (postype != FMOD_TIMEUNIT_MS) return FMOD_ERR_UNSUPPORTED;
-    *position = player->position_ms();
-    return FMOD_OK;
+    return guarded([&] {
+        *position = std::min(playing->system->player->position_ms(), playing->sound->length_ms());
+        return FMOD_OK;
+    });
 }
 
 FMOD_RESULT FMOD_Channel_SetPosition(FMOD_CHANNEL* channel, unsigned int position, FMOD_TIMEUNIT postype) {
-    sound::Player* player = nullptr;
-    const FMOD_RESULT result = find(channel, &player);
+    OpenSound* playing = nullptr;
+    const FMOD_RESULT result = find(channel, playing);
     if (result != FMOD_OK) return result;
     if (postype != FMOD_TIMEUNIT_MS) return FMOD_ERR_UNSUPPORTED;
-    return guarded([&] { return player->seek_ms(position) ? FMOD_OK : FMOD_ERR_INVALID_POSITION; });
+    if (position > playing->sound->length_ms()) return FMOD_ERR_INVALID_POSITION;
+    return guarded([&] { return playing->system->player->seek_ms(position); });
 }
 
 FMOD_RESULT FMOD_Sound_Release(FMOD_SOUND* sound) {
-    Sound* found = find(sound);
+    OpenSound* found = find(sound);
     if (!found) return FMOD_ERR_INVALID_HANDLE;
     return guarded([&] {
-        Registry& all = registry();
-        if (found->system->player->playing() == found->stream.get()) found->system->player->stop();
-        for (auto channel = all.channels.begin(); channel != all.channels.end();)
-            channel = channel->second == to_handle(sound) ? all.channels.erase(channel) : std::next(channel);
-        all.sounds.erase(to_handle(sound));
+        System& system = *found->system;
+        auto& channels = registry().channels;
+        const auto playing = channels.find(system.channel);
+        if (playing != channels.end() && playing->second == to_handle(sound)) system.player->stop();
+        for (auto channel = channels.begin(); channel != channels.end();)
+            channel = channel->second == to_handle(sound) ? channels.erase(channel) : std::next(channel);
+        registry().sounds.erase(to_handle(sound));
         return FMOD_OK;
     });
 }
