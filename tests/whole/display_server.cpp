@@ -51,7 +51,12 @@ std::unique_ptr<DisplayServer> DisplayServer::with_modes() {
     const bool started =
         server->start({"Xorg", "-displayfd", "1", "-config", folder / "xorg.conf", "-logfile",
                        folder / "xorg.log", "-noreset", "-nolisten", "tcp", "-novtswitch", "-sharevts"});
-    return started ? std::move(server) : nullptr;
+    if (!started) {
+        throw std::runtime_error("Xorg does not start: install the packages xserver-xorg-core and "
+                                 "xserver-xorg-video-dummy\n" +
+                                 server->process_->errors());
+    }
+    return server;
 }
 
 bool DisplayServer::start(std::vector<std::string> words) {

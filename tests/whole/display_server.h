@@ -13,8 +13,7 @@ public:
     static std::unique_ptr<DisplayServer> virtual_screen(int width, int height,
                                                          const std::vector<std::string>& arguments = {});
 
-    // A real Xorg whose dummy monitor is in a 1280x960 mode and has one of 1024x768 at 60 Hz. Null where Xorg
-    // or its dummy driver cannot be started.
+    // A real Xorg whose dummy monitor is in a 1280x960 mode and has one of 1024x768 at 60 Hz. Only root can start one.
     static std::unique_ptr<DisplayServer> with_modes();
 
     // For $DISPLAY.

@@ -1,8 +1,8 @@
-// Linked around the sound calls of a whole `skav` (--wrap): every play and every position that the show reads
-// goes into the file that FRAME_LOG names, with the time of the system's steady clock. A line is
+// Linked around the sound calls of a whole `skav` (--wrap): every play and every position that the show reads goes into
+// the file that FRAME_LOG names, with the time of the system's steady clock before and after the call. A line is
 //
-//     play SECONDS
-//     frame SECONDS MILLISECONDS
+//     play SECONDS SECONDS
+//     frame SECONDS SECONDS MILLISECONDS
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -34,13 +34,15 @@ double now() {
 
 FMOD_RESULT __wrap_FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX index, FMOD_SOUND* sound,
                                          FMOD_BOOL paused, FMOD_CHANNEL** channel) {
+    const double before = now();
     const FMOD_RESULT result = __real_FMOD_System_PlaySound(system, index, sound, paused, channel);
-    std::fprintf(log_file(), "play %.6f\n", now());
+    std::fprintf(log_file(), "play %.6f %.6f\n", before, now());
     return result;
 }
 
 FMOD_RESULT __wrap_FMOD_Channel_GetPosition(FMOD_CHANNEL* channel, unsigned* position, FMOD_TIMEUNIT unit) {
+    const double before = now();
     const FMOD_RESULT result = __real_FMOD_Channel_GetPosition(channel, position, unit);
-    std::fprintf(log_file(), "frame %.6f %u\n", now(), *position);
+    std::fprintf(log_file(), "frame %.6f %.6f %u\n", before, now(), *position);
     return result;
 }

@@ -33,8 +33,7 @@ TEST_P(Scaling, ShowsTheWholeShowInTheSamePlace) {
     command.environment["TEST_CLOCK_STARTED"] = started;
     Process show(command);
 
-    // A flash whose white nothing dims: at 10 s the scene has left lighting on, and 80 % are to be seen.
-    // The letterbox of 614 lines whose lower edge is at line 76, less a margin for the filter.
+    // At the peak of the flash at 40 s the letterbox, 614 lines above line 76, is white; less a margin for the filter.
     const Place place = GetParam().place;
     const auto is_white_in_letterbox_only = [&] {
         const Pixels picture = screen.picture();
