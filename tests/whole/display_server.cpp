@@ -18,6 +18,7 @@ Section "Monitor"
     HorizSync 5-1000
     VertRefresh 5-200
     Modeline "desktop" 108.00 1280 1376 1488 1800 960 961 964 1000
+    Modeline "other" 108.00 800 896 1008 1320 600 601 604 640
     Modeline "show" 64.512 1024 1048 1184 1344 768 771 777 800
 EndSection
 Section "Screen"
@@ -27,7 +28,7 @@ Section "Screen"
     DefaultDepth 24
     SubSection "Display"
         Depth 24
-        Modes "desktop" "show"
+        Modes "desktop" "show" "other"
     EndSubSection
 EndSection
 )";

@@ -13,7 +13,8 @@ public:
     static std::unique_ptr<DisplayServer> virtual_screen(int width, int height,
                                                          const std::vector<std::string>& arguments = {});
 
-    // A real Xorg whose dummy monitor is in a 1280x960 mode and has one of 1024x768 at 60 Hz. Only root can start one.
+    // A real Xorg whose dummy monitor is in a 1280x960 mode and has one of 1024x768 at 60 Hz and one of 800x600. Only
+    // root can start one.
     static std::unique_ptr<DisplayServer> with_modes();
 
     // For $DISPLAY.

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <fstream>
 
 #include "tests/whole/display_test.h"
 
@@ -70,6 +71,100 @@ TEST_F(Mode, IsLeftWhenTheShowIsKilledOrCrashes) {
         show.wait();
         EXPECT_TRUE(desktop_mode_is_back()) << "after signal " << number;
     }
+}
+
+TEST_F(Mode, ThatTheUserChoosesMeanwhileIsFilledAndStays) {
+    for (const int number : {SIGTERM, SIGKILL}) {
+        Process show(test_show(*server_));
+        ASSERT_TRUE(shows_picture_in_mode());
+        screen_->set_mode("800x600");
+        EXPECT_TRUE(eventually([&] { return shows_test_picture(screen_->picture(), {0, 0, 800, 600}); }));
+        show.send(number);
+        show.wait();
+        EXPECT_FALSE(eventually([&] { return screen_->mode() != "800x600"; }, std::chrono::seconds(1)))
+            << "after signal " << number;
+        screen_->set_mode("1280x960");
+    }
+}
+
+TEST_F(Mode, IsNotPutBackOnAMonitorThatTheUserHasSwitchedOff) {
+    for (const int number : {SIGTERM, SIGKILL}) {
+        Process show(test_show(*server_));
+        ASSERT_TRUE(shows_picture_in_mode());
+        screen_->switch_off();
+        ASSERT_EQ("", screen_->mode());
+        show.send(number);
+        show.wait();
+        EXPECT_FALSE(eventually([&] { return screen_->mode() != ""; }, std::chrono::seconds(1)))
+            << "after signal " << number;
+        screen_->set_mode("1280x960");
+    }
+}
+
+TEST_F(Mode, IsPutBackBesideAMonitorThatTheUserHasSwitchedOff) {
+    for (const int number : {SIGTERM, SIGKILL}) {
+        screen_->set_mode("800x600", 1, 1280);
+        Process show(test_show(*server_));
+        ASSERT_TRUE(shows_picture_in_mode());
+        screen_->switch_off(1);
+        show.send(number);
+        show.wait();
+        EXPECT_TRUE(desktop_mode_is_back()) << "after signal " << number;
+        EXPECT_EQ("", screen_->mode(1)) << "after signal " << number;
+    }
+}
+
+TEST_F(Mode, OfAnotherMonitorStaysAsItIs) {
+    screen_->set_mode("800x600", 1, 1280);
+    Process show(test_show(*server_));
+    ASSERT_TRUE(shows_picture_in_mode());
+    EXPECT_EQ("800x600", screen_->mode(1));
+    show.send(SIGTERM);
+    show.wait();
+    EXPECT_EQ("1280x960", screen_->mode());
+    EXPECT_EQ("800x600", screen_->mode(1));
+}
+
+// The connection to the process that puts the mode back must not be taken for standard input or output.
+TEST_F(Mode, IsKeptWithoutStandardInputAndOutput) {
+    Command command = test_show(*server_);
+    const std::string program = command.arguments.front();
+    command.arguments = {"sh", "-c", "exec \"$0\" <&- >&- 2>&-", program};
+    Process show(command);
+    ASSERT_TRUE(shows_picture_in_mode());
+    EXPECT_FALSE(eventually([&] { return screen_->mode() != "1024x768"; }, std::chrono::seconds(1)));
+    show.send(SIGKILL);
+    show.wait();
+    EXPECT_TRUE(desktop_mode_is_back());
+}
+
+// Otherwise another client could change the layout between the reading and the change that is made of it.
+TEST_F(Mode, IsChangedUnderTheServerGrabUnderWhichItWasRead) {
+    const TestFolder folder;
+    Command command = test_show(*server_);
+    command.environment["TEST_X_CALLS"] = folder / "calls";
+    Process show(command);
+    ASSERT_TRUE(shows_picture_in_mode());
+    show.send(SIGTERM);
+    show.wait();
+
+    std::ifstream calls(folder / "calls");
+    bool grabbed = false, read = false;
+    int changes = 0;
+    for (std::string call; calls >> call;) {
+        if (call == "grab" || call == "ungrab") {
+            grabbed = call == "grab";
+            read = false;
+        } else if (call == "read") {
+            read = grabbed;
+            EXPECT_TRUE(grabbed || changes > 0) << "the layout is read before the server is grabbed";
+        } else {
+            ++changes;
+            EXPECT_TRUE(grabbed && read)
+                << "the layout is changed without having been read under the same grab";
+        }
+    }
+    EXPECT_GE(changes, 4) << "off and on, twice";
 }
 
 } // namespace

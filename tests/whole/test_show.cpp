@@ -3,12 +3,14 @@
 //   picture   draws the test picture, frame after frame (also without $TEST_SHOW)
 //   stripes   draws white and black columns, one pixel wide
 //   busy      draws the test picture in one callback that swaps buffers for ever
+//   error     draws the test picture and makes a request that the X server refuses
 //   state     swaps buffers in all kinds of GL states; ends with status 0 if a swap changes nothing that GL
 //             can be asked for, else with 1, and names on standard error what has changed
 //
 // Prints "reshape W H" for each size it is told, and "frame" for its first frame. With $TEST_SHOW_SECONDS it
 // ends with status 7 at the first frame after that time.
 #include <GL/glut.h>
+#include <GL/glx.h>
 
 #include <array>
 #include <chrono>
@@ -275,6 +277,7 @@ void display() {
     glFlush();
     glutSwapBuffers();
     while (task == "busy") glutSwapBuffers();
+    if (task == "error") XMapWindow(glXGetCurrentDisplay(), None);
     end_after_time();
 }
 

@@ -6,6 +6,7 @@
 #include <X11/extensions/Xrandr.h>
 #include <X11/extensions/scrnsaver.h>
 
+#include <algorithm>
 #include <ostream>
 #include <stdexcept>
 
@@ -19,6 +20,14 @@ struct Free {
 };
 template <class T>
 using Owned = std::unique_ptr<T, Free>;
+
+XRRScreenResources* read_resources(Display* display) {
+    return XRRGetScreenResourcesCurrent(display, DefaultRootWindow(display));
+}
+
+std::string size_text(unsigned width, unsigned height) {
+    return std::to_string(width) + "x" + std::to_string(height);
+}
 
 bool is_visible(Display* display, Window window) {
     XWindowAttributes attributes = {};
@@ -77,12 +86,45 @@ Pixels Viewer::picture() const {
     return Pixels(size.width, size.height, std::move(pixels));
 }
 
-std::string Viewer::mode() const {
-    const Owned<XRRScreenResources> resources(
-        XRRGetScreenResourcesCurrent(display(), DefaultRootWindow(display())));
-    const Owned<XRRCrtcInfo> info(XRRGetCrtcInfo(display(), resources.get(), resources->crtcs[0]));
+std::string Viewer::mode(int monitor) const {
+    const Owned<XRRScreenResources> resources(read_resources(display()));
+    const Owned<XRRCrtcInfo> info(XRRGetCrtcInfo(display(), resources.get(), resources->crtcs[monitor]));
     if (!info || info->mode == None) return {};
-    return std::to_string(info->width) + "x" + std::to_string(info->height);
+    return size_text(info->width, info->height);
+}
+
+void Viewer::set_mode(const std::string& size, int monitor, int x) const {
+    const Owned<XRRScreenResources> resources(read_resources(display()));
+    XRRModeInfo* const end = resources->modes + resources->nmode;
+    const XRRModeInfo* const mode = std::find_if(resources->modes, end, [&](const XRRModeInfo& info) {
+        return size_text(info.width, info.height) == size;
+    });
+    if (mode == end) throw std::runtime_error("the server has no mode " + size);
+
+    // The other monitors stay where they are, and the root window holds them all.
+    int width = x + static_cast<int>(mode->width), height = static_cast<int>(mode->height);
+    for (int i = 0; i < resources->ncrtc; ++i) {
+        const Owned<XRRCrtcInfo> info(XRRGetCrtcInfo(display(), resources.get(), resources->crtcs[i]));
+        if (i == monitor || info->mode == None) continue;
+        width = std::max(width, info->x + static_cast<int>(info->width));
+        height = std::max(height, info->y + static_cast<int>(info->height));
+    }
+    RROutput output = resources->outputs[monitor];
+    XGrabServer(display());
+    XRRAddOutputMode(display(), output, mode->id);
+    switch_off(monitor);
+    XRRSetScreenSize(display(), DefaultRootWindow(display()), width, height, width / 4, height / 4);
+    XRRSetCrtcConfig(display(), resources.get(), resources->crtcs[monitor], CurrentTime, x, 0, mode->id,
+                     RR_Rotate_0, &output, 1);
+    XUngrabServer(display());
+    XSync(display(), False);
+}
+
+void Viewer::switch_off(int monitor) const {
+    const Owned<XRRScreenResources> resources(read_resources(display()));
+    XRRSetCrtcConfig(display(), resources.get(), resources->crtcs[monitor], CurrentTime, 0, 0, None,
+                     RR_Rotate_0, nullptr, 0);
+    XSync(display(), False);
 }
 
 Window Viewer::find_window(const std::string& class_name) const {
@@ -111,6 +153,11 @@ void Viewer::resize(Window window, int width, int height) const {
 
 void Viewer::unmap(Window window) const {
     XUnmapWindow(display(), window);
+    XSync(display(), False);
+}
+
+void Viewer::destroy(Window window) const {
+    XDestroyWindow(display(), window);
     XSync(display(), False);
 }
 
@@ -146,4 +193,14 @@ bool Viewer::is_managed() const {
                        &format, &count, &left, &data);
     const Owned<unsigned char> owned(data);
     return count == 1;
+}
+
+void Viewer::leave_mark_of_dead_window_manager() const {
+    const Window root = DefaultRootWindow(display());
+    const Window window = XCreateSimpleWindow(display(), root, 0, 0, 1, 1, 0, 0, 0);
+    const Atom property = XInternAtom(display(), "_NET_SUPPORTING_WM_CHECK", False);
+    XChangeProperty(display(), root, property, XA_WINDOW, 32, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(&window), 1);
+    XDestroyWindow(display(), window);
+    XSync(display(), False);
 }

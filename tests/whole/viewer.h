@@ -42,8 +42,13 @@ public:
     // All of the root window with what is on it.
     Pixels picture() const;
 
-    // Size of the first monitor's mode, as "1024x768"; empty while it is off.
-    std::string mode() const;
+    // Size of a monitor's mode, as "1024x768"; empty while it is off.
+    std::string mode(int monitor = 0) const;
+
+    // Does what a user's settings program does: brings a monitor into the mode of that size, written as above, with the
+    // upper left corner at (x, 0), or switches it off.
+    void set_mode(const std::string& size, int monitor = 0, int x = 0) const;
+    void switch_off(int monitor = 0) const;
 
     // The program's window: a visible one of that class. None where there is none.
     Window find_window(const std::string& class_name) const;
@@ -54,6 +59,7 @@ public:
     void move_pointer(int x, int y) const;
     void resize(Window window, int width, int height) const;
     void unmap(Window window) const;
+    void destroy(Window window) const;
 
     // Asks the window to close, as a window manager does.
     void ask_to_close(Window window) const;
@@ -64,6 +70,9 @@ public:
 
     // Whether a window manager is running.
     bool is_managed() const;
+
+    // Leaves on the root window what a window manager leaves that is killed: the number of a window that is no more.
+    void leave_mark_of_dead_window_manager() const;
 
 private:
     struct Close {

@@ -42,6 +42,34 @@ TEST_P(Closing, EndsTheProcessWithStatus0) {
 
 INSTANTIATE_TEST_SUITE_P(Callbacks, Closing, testing::Values("picture", "busy"));
 
+TEST_P(Closing, ByAnotherClientEndsTheProcessWithStatus0) {
+    const auto server = DisplayServer::virtual_screen(1280, 1024);
+    const Viewer screen(server->name());
+    Process show(test_show(*server, GetParam(), {"--window"}));
+    ASSERT_TRUE(eventually([&] { return shows_test_picture(screen.picture(), {100, 100, 1024, 768}); }));
+    screen.destroy(screen.find_window(kClass));
+    EXPECT_EQ(0, show.wait());
+    EXPECT_EQ("", show.errors());
+}
+
+TEST(XErrors, ThatNobodyExpectsEndTheProcessWithOneLine) {
+    const auto server = DisplayServer::virtual_screen(640, 480);
+    Process show(test_show(*server, "error"));
+    EXPECT_EQ(1, show.wait());
+    EXPECT_EQ(
+        "test-show: the X server has refused a request: BadWindow (invalid Window parameter) (request 8.0)\n",
+        show.errors());
+}
+
+TEST(WindowManager, ThatWasKilledDoesNotKeepTheShowFromPlaying) {
+    const auto server = DisplayServer::virtual_screen(640, 480);
+    const Viewer screen(server->name());
+    screen.leave_mark_of_dead_window_manager();
+    Process show(test_show(*server));
+    EXPECT_TRUE(eventually([&] { return shows_test_picture(screen.picture(), {0, 0, 640, 480}); }));
+    EXPECT_EQ("", show.errors());
+}
+
 TEST(Window, IsPlayedOnWhileItIsHidden) {
     const auto server = DisplayServer::virtual_screen(1280, 1024);
     const Viewer screen(server->name());
@@ -91,6 +119,12 @@ TEST(CommandLine, PrintsItsUsageBeforeAnyQuestion) {
     EXPECT_EQ("", show.errors());
 }
 
+TEST(Prompt, IsSeenBeforeItIsAnswered) {
+    Process show(Command{{SKAV_ON_CLOCK_PROGRAM}, {}, {}, true});
+    EXPECT_TRUE(eventually([&] { return show.output() == "German or English Text [G/e]?: "; }));
+    EXPECT_TRUE(show.running());
+}
+
 class WrongOption : public testing::TestWithParam<std::string> {};
 
 TEST_P(WrongOption, IsRefusedBeforeAnyQuestion) {
@@ -122,7 +156,15 @@ void expect_one_line(const Command& command, const std::string& missing) {
 }
 
 TEST(WithoutDisplay, SaysThatDisplayIsNotSet) {
-    expect_one_line(Command{{SKAV_ON_CLOCK_PROGRAM}, {{"DISPLAY", std::nullopt}}}, "$DISPLAY is not set");
+    expect_one_line(
+        Command{{SKAV_ON_CLOCK_PROGRAM}, {{"DISPLAY", std::nullopt}, {"WAYLAND_DISPLAY", std::nullopt}}},
+        "no display: $DISPLAY is not set");
+}
+
+TEST(WithoutDisplay, SaysWhatToDoInAWaylandSession) {
+    expect_one_line(
+        Command{{SKAV_ON_CLOCK_PROGRAM}, {{"DISPLAY", std::nullopt}, {"WAYLAND_DISPLAY", "wayland-0"}}},
+        "xwayland");
 }
 
 TEST(WithoutDisplay, SaysThatTheServerCannotBeReached) {

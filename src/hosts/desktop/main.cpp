@@ -1,5 +1,7 @@
 // The program's entry, ahead of the show's own: the linker gives `main` to the first of these and the show's to the
 // second (--wrap=main).
+#include <cstdio>
+
 #include "hosts/common/standard_descriptors.h"
 #include "hosts/desktop/options.h"
 
@@ -11,6 +13,7 @@ int __real_main(int argc, char** argv);
 int __wrap_main(int argc, char** argv) {
     common::open_standard_descriptors();
     std::vector<char*> remaining = desktop::read_options(argc, argv);
+    std::setvbuf(stdout, nullptr, _IONBF, 0); // the show's question is seen at once, also through a pipe
     const int count = static_cast<int>(remaining.size());
     remaining.push_back(nullptr);
     return __real_main(count, remaining.data());

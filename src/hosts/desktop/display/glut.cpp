@@ -5,8 +5,8 @@
 // - glutInit: connects to the X server or says why that cannot be done; from then on signals end the show in order.
 // - glutEnterGameMode: enters the mode, or opens a window and the surface that stands for the screen.
 // - glutReshapeFunc: the show is told one size, 1024x768, once, whatever size its window takes later.
-// - glutDisplayFunc: around each frame: signals, and a picture that is still to be shown.
-// - glutIdleFunc: signals; frames while the window is hidden, which freeglut leaves out.
+// - glutDisplayFunc: around each frame: requests to end, a changed screen, and a picture that is still to be shown.
+// - glutIdleFunc: requests to end; frames while the window is hidden, which freeglut leaves out.
 // - glutSwapBuffers: presents the surface, and ends the process when that was asked for.
 #include <GL/freeglut.h>
 
@@ -20,6 +20,7 @@
 
 #include "hosts/common/gl_surface.h"
 #include "hosts/common/signals.h"
+#include "hosts/desktop/display/monitors.h"
 #include "hosts/desktop/display/present.h"
 #include "hosts/desktop/display/screen_mode.h"
 #include "hosts/desktop/display/screensaver.h"
@@ -66,7 +67,8 @@ void (*g_on_idle)() = nullptr;
 void (*g_on_reshape)(int width, int height) = nullptr;
 bool g_size_told = false;
 
-bool g_hidden = false; // nobody can see the window
+bool g_hidden = false;         // nobody can see the window
+bool g_covers_monitor = false; // and is scaled to it
 
 // A callback that swaps again and again is busy with something long and only keeps the screen alive: it must not wait
 // for the refresh every time, so most of its pictures are left out. The last one never is.
@@ -78,18 +80,22 @@ Clock::time_point g_last_shown;
 void fail_for_glut(const char* format, va_list arguments) {
     char text[512];
     std::vsnprintf(text, sizeof text, format, arguments);
-    fail(1, std::string("no OpenGL window can be had: ") + text);
+    fail(1, std::string("GLUT cannot open its window: ") + text);
 }
 
 void ignore_warning(const char*, va_list) {}
 
-void end_if_signalled() {
+// Ends the process if somebody has asked for that, or an X error demands it.
+void end_if_asked() {
     if (const int number = common::noted_signal()) std::exit(128 + number);
+    if (take_close_request() || window_is_destroyed(g_display)) std::exit(0);
+    end_on_x_error();
 }
 
-void end_if_asked() {
-    end_if_signalled();
-    if (take_close_request()) std::exit(0);
+// Keeps the window on the main monitor when somebody changes its mode.
+void follow_monitors() {
+    if (g_covers_monitor && monitors_have_changed(g_display))
+        cover_without_window_manager(main_monitor(g_display));
 }
 
 // Whether a display list is being compiled, which would record the copy to the window instead of making it.
@@ -120,7 +126,8 @@ void tell_size_once() {
 void on_reshape(int, int) { tell_size_once(); }
 
 void on_display() {
-    end_if_signalled();
+    end_if_asked();
+    follow_monitors();
     tell_size_once();
     g_swapped_in_callback = false;
     if (g_on_display) g_on_display();
@@ -128,7 +135,7 @@ void on_display() {
 }
 
 void on_idle() {
-    end_if_signalled();
+    end_if_asked();
     if (g_on_idle) g_on_idle();
     if (!g_hidden) return;
     on_display();
@@ -167,7 +174,9 @@ void open_full_screen_window() {
     glutInitWindowPosition(monitor.x, monitor.y);
     create_window({monitor.width, monitor.height});
     if (g_surface) {
+        g_covers_monitor = true;
         ask_for_full_screen();
+        watch_monitors(g_display);
     } else {
         glutReshapeWindow(kPicture.width, kPicture.height);
         fix_window_size(kPicture);
@@ -181,6 +190,7 @@ extern "C" {
 void __wrap_glutInit(int* argc, char** argv) {
     common::handle_signals();
     g_display = connect_to_x_server();
+    remove_mark_of_dead_window_manager(g_display);
     glutInitErrorFunc(fail_for_glut);
     glutInitWarningFunc(ignore_warning);
     leave_mode_at_exit(); // after GLUT's own exit handler has taken the window away
@@ -195,6 +205,7 @@ int __wrap_glutEnterGameMode() {
         open_full_screen_window();
     }
     glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_EXIT);
+    watch_window(g_display);
     glutSetCursor(GLUT_CURSOR_NONE);
     name_window_class(program_invocation_short_name);
     glutWindowStatusFunc(on_window_status);

@@ -109,6 +109,29 @@ Box MonitorLayout::main_monitor() const {
     return crtc ? crtc->place : Box{0, 0, root_.width, root_.height};
 }
 
+const MonitorLayout::Crtc* MonitorLayout::find(RRCrtc id) const {
+    const auto found =
+        std::find_if(crtcs_.begin(), crtcs_.end(), [id](const Crtc& crtc) { return crtc.id == id; });
+    return found == crtcs_.end() ? nullptr : &*found;
+}
+
+// The part of the root window, from its upper left corner, that holds all monitors.
+Extent MonitorLayout::used_part() const {
+    Extent used = {1, 1};
+    for (const Crtc& crtc : crtcs_) {
+        if (crtc.mode == None) continue;
+        used.width = std::max(used.width, crtc.place.x + crtc.place.width);
+        used.height = std::max(used.height, crtc.place.y + crtc.place.height);
+    }
+    return used;
+}
+
+void MonitorLayout::resize_root(Extent size) {
+    root_mm_ = {std::max(1, root_mm_.width * size.width / root_.width),
+                std::max(1, root_mm_.height * size.height / root_.height)};
+    root_ = size;
+}
+
 MonitorLayout MonitorLayout::with_main_monitor_in(Display* display, Extent size, int rate) const {
     const Crtc* chosen = main_crtc();
     if (!chosen || !(chosen->rotation & (RR_Rotate_0 | RR_Rotate_180))) return *this;
@@ -116,18 +139,25 @@ MonitorLayout MonitorLayout::with_main_monitor_in(Display* display, Extent size,
     if (mode == None) return *this;
 
     MonitorLayout result = *this;
-    result.root_ = {0, 0};
     for (Crtc& crtc : result.crtcs_) {
-        if (crtc.id == chosen->id) {
-            crtc.mode = mode;
-            crtc.place = {crtc.place.x, crtc.place.y, size.width, size.height};
-        }
-        if (crtc.mode == None) continue;
-        result.root_.width = std::max(result.root_.width, crtc.place.x + crtc.place.width);
-        result.root_.height = std::max(result.root_.height, crtc.place.y + crtc.place.height);
+        if (crtc.id != chosen->id) continue;
+        crtc.mode = mode;
+        crtc.place = {crtc.place.x, crtc.place.y, size.width, size.height};
     }
-    result.root_mm_ = {std::max(1, root_mm_.width * result.root_.width / root_.width),
-                       std::max(1, root_mm_.height * result.root_.height / root_.height)};
+    result.resize_root(result.used_part());
+    return result;
+}
+
+MonitorLayout MonitorLayout::with_undone(const MonitorLayout& before, const MonitorLayout& after) const {
+    MonitorLayout result = *this;
+    for (Crtc& crtc : result.crtcs_) {
+        const Crtc *earlier = before.find(crtc.id), *later = after.find(crtc.id);
+        if (earlier && later && crtc == *later) crtc = *earlier;
+    }
+    if (result.crtcs_ == crtcs_) return *this;
+    const bool root_is_as_left = root_.width == after.root_.width && root_.height == after.root_.height;
+    const Extent root = root_is_as_left ? before.root_ : root_, used = result.used_part();
+    result.resize_root({std::max(root.width, used.width), std::max(root.height, used.height)});
     return result;
 }
 
@@ -138,7 +168,6 @@ void MonitorLayout::apply(Display* display) const {
     if (!resources) return;
 
     // The root window can only be resized while no monitor reaches beyond it; so: off, resize, on.
-    XGrabServer(display);
     for (std::size_t i = 0; i < crtcs_.size(); ++i) {
         if (crtcs_[i] == before.crtcs_[i]) continue;
         XRRSetCrtcConfig(display, resources.get(), crtcs_[i].id, CurrentTime, 0, 0, None, RR_Rotate_0,
@@ -153,8 +182,25 @@ void MonitorLayout::apply(Display* display) const {
         XRRSetCrtcConfig(display, resources.get(), crtc.id, CurrentTime, crtc.place.x, crtc.place.y,
                          crtc.mode, crtc.rotation, outputs.data(), static_cast<int>(outputs.size()));
     }
-    XUngrabServer(display);
-    XSync(display, False);
+}
+
+void watch_monitors(Display* display) {
+    if (has_randr_1_3(display)) {
+        XRRSelectInput(display, DefaultRootWindow(display),
+                       RRScreenChangeNotifyMask | RRCrtcChangeNotifyMask);
+    }
+}
+
+bool monitors_have_changed(Display* display) {
+    int event_base = 0, error_base = 0;
+    if (!XRRQueryExtension(display, &event_base, &error_base)) return false;
+    bool changed = false;
+    XEvent event;
+    while (XCheckTypedEvent(display, event_base + RRScreenChangeNotify, &event) ||
+           XCheckTypedEvent(display, event_base + RRNotify, &event)) {
+        changed = true;
+    }
+    return changed;
 }
 
 } // namespace desktop

@@ -15,16 +15,20 @@ public:
     // What is in force now. Where the server's RandR is older than 1.3 it holds no monitor.
     static MonitorLayout current(Display* display);
 
-    // This with the main monitor, the primary one or else the first that is on, in a mode of the given size
-    // and refresh rate (Hz, to the nearest integer). The other monitors keep their modes and places.
-    // Unchanged where that monitor does not have the mode, or stands upright.
+    // This with the main monitor, the primary one or else the first that is on, in a mode of the given size (pixels)
+    // and refresh rate (Hz, to the nearest integer). The other monitors keep their modes and places. Unchanged where
+    // that monitor does not have the mode, or stands upright.
     MonitorLayout with_main_monitor_in(Display* display, common::Extent size, int rate) const;
+
+    // This with the change from `before` to `after` undone: monitors that are still as `after` has them are as in
+    // `before`. What somebody else has changed meanwhile stays as it is.
+    MonitorLayout with_undone(const MonitorLayout& before, const MonitorLayout& after) const;
 
     // Place of the main monitor on the root window, y downwards from the top; without one, the root window.
     common::Box main_monitor() const;
 
-    // Puts this in force. Monitors that are as they should be are not touched. Returns when the server is
-    // done.
+    // Puts this in force. Monitors that are as they should be are not touched. To be called under a ServerGrab, and an
+    // XErrorTrap: the server may refuse it, which current() then shows.
     void apply(Display* display) const;
 
     bool operator==(const MonitorLayout& other) const;
@@ -42,11 +46,20 @@ private:
     };
 
     const Crtc* main_crtc() const;
+    const Crtc* find(RRCrtc id) const;
+    common::Extent used_part() const;
+    void resize_root(common::Extent size);
 
     common::Extent root_ = {0, 0};    // pixels
-    common::Extent root_mm_ = {0, 0}; // millimetres; for the pixels' sake only, so never compared
+    common::Extent root_mm_ = {0, 0}; // millimetres; they follow the pixels and are never compared
     RROutput primary_ = None;
     std::vector<Crtc> crtcs_;
 };
+
+// Asks the server to report changes of any monitor from here on.
+void watch_monitors(Display* display);
+
+// Whether one has been reported since the last call.
+bool monitors_have_changed(Display* display);
 
 } // namespace desktop

@@ -11,12 +11,18 @@
 #include <initializer_list>
 
 #include "hosts/desktop/display/monitors.h"
+#include "hosts/desktop/display/x_server.h"
 
 namespace desktop {
 namespace {
 
-Display* g_display = nullptr; // null while the mode is the desktop's own
-MonitorLayout g_desktop_layout;
+Display* g_display = nullptr; // null while no change has to be undone
+
+struct Change {
+    MonitorLayout before, after;
+};
+Change g_change;
+
 int g_keeper = -1; // this process's end of the connection; it stays open for as long as this process lives
 
 // Frees the mode keeper from the terminal and everything inherited: whoever waits for the end of the show's output must
@@ -45,16 +51,25 @@ bool show_has_ended(int end) {
     return count == 0;
 }
 
-// Forks the mode keeper: a process that sleeps until this one is gone, then puts `layout` in force through a connection
-// of its own, and ends. Killed and crashed processes run no exit handlers. To be called while the process has no GL
+// Undoes what is left of the change. To be called under a ServerGrab.
+void undo(Display* display, const Change& change) {
+    const XErrorTrap trap(display);
+    MonitorLayout::current(display).with_undone(change.before, change.after).apply(display);
+}
+
+// Forks the mode keeper: a process that sleeps until this one is gone, then undoes the change through a connection of
+// its own, and ends. Killed and crashed processes run no exit handlers. To be called while the process has no GL
 // context. Returns false where no process can be had.
-bool start_mode_keeper(const MonitorLayout& layout) {
+bool start_mode_keeper(const Change& change) {
     int ends[2];
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return false;
     const pid_t child = fork();
     if (child == 0) {
         if (show_has_ended(detach(ends[0]))) {
-            if (Display* display = XOpenDisplay(nullptr)) layout.apply(display);
+            if (Display* display = XOpenDisplay(nullptr)) {
+                const ServerGrab grab(display);
+                undo(display, change);
+            }
         }
         _exit(0);
     }
@@ -77,7 +92,10 @@ void dismiss_mode_keeper() {
 
 void leave_mode() {
     if (!g_display) return;
-    g_desktop_layout.apply(g_display);
+    {
+        const ServerGrab grab(g_display);
+        undo(g_display, g_change);
+    }
     dismiss_mode_keeper();
     g_display = nullptr;
 }
@@ -87,12 +105,19 @@ void leave_mode() {
 void leave_mode_at_exit() { std::atexit(leave_mode); }
 
 void enter_mode(Display* display, common::Extent size, int rate) {
-    g_desktop_layout = MonitorLayout::current(display);
-    const MonitorLayout wanted = g_desktop_layout.with_main_monitor_in(display, size, rate);
-    if (wanted == g_desktop_layout || !start_mode_keeper(g_desktop_layout)) return;
+    const ServerGrab grab(display);
+    const XErrorTrap trap(display); // the server may refuse
+    const MonitorLayout before = MonitorLayout::current(display);
+    const MonitorLayout after = before.with_main_monitor_in(display, size, rate);
+    if (after == before || !start_mode_keeper({before, after})) return;
+    after.apply(display);
+    g_change = {before, after};
     g_display = display;
-    wanted.apply(display);
-    if (MonitorLayout::current(display) != wanted) leave_mode();
+    if (MonitorLayout::current(display) == after) return;
+    g_change.after = MonitorLayout::current(display);
+    undo(display, g_change);
+    dismiss_mode_keeper();
+    g_display = nullptr;
 }
 
 common::Box main_monitor(Display* display) { return MonitorLayout::current(display).main_monitor(); }

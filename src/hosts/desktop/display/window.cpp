@@ -8,6 +8,7 @@
 #include <string>
 
 #include "hosts/common/gl_surface.h"
+#include "hosts/desktop/display/x_server.h"
 
 namespace desktop {
 namespace {
@@ -68,6 +69,14 @@ bool take_close_request() {
     return XCheckIfEvent(window.display, &event, is_close_request, reinterpret_cast<XPointer>(&atoms));
 }
 
+void watch_window(Display* display) { XSelectInput(display, CurrentWindow().id, StructureNotifyMask); }
+
+bool window_is_destroyed(Display* display) {
+    if (has_x_error()) XSync(display, False);
+    XEvent event;
+    return XCheckTypedEvent(display, DestroyNotify, &event);
+}
+
 void name_window_class(const char* name) {
     const CurrentWindow window;
     std::string text = name;
@@ -89,6 +98,16 @@ void ask_for_full_screen() {
     event.xclient.data.l[3] = 1; // asked by a normal application
     XSendEvent(window.display, DefaultRootWindow(window.display), False,
                SubstructureRedirectMask | SubstructureNotifyMask, &event);
+}
+
+void cover_without_window_manager(const common::Box& monitor) {
+    const CurrentWindow window;
+    // Only one client at a time, the window manager, may redirect what the root window's children ask for.
+    XWindowAttributes root = {};
+    XGetWindowAttributes(window.display, DefaultRootWindow(window.display), &root);
+    if (root.all_event_masks & SubstructureRedirectMask) return;
+    XMoveResizeWindow(window.display, window.id, monitor.x, monitor.y, static_cast<unsigned>(monitor.width),
+                      static_cast<unsigned>(monitor.height));
 }
 
 void fix_window_size(common::Extent size) {
