@@ -7,6 +7,7 @@
 #include "show/driver/display.h"
 #include "show/driver/loading.h"
 #include "show/stage/language.h"
+#include "show/text/text.h"
 #include "tests/calls/run.h"
 
 using recording::calls_of;
@@ -17,6 +18,12 @@ constexpr const char* kEnglish = "German or English Text [G/e]?: English screen 
 constexpr const char* kGerman = "German or English Text [G/e]?: German screen text...\n\n";
 
 } // namespace
+
+TEST(Startup, MakesNoFontLibrary) {
+    run_show("\n");
+    EXPECT_EQ(g_ft_ready, 0);
+    EXPECT_EQ(g_ft_library, nullptr);
+}
 
 TEST(Prompt, LowercaseESelectsEnglish) {
     EXPECT_EQ(run_show("e\n").output, kEnglish);

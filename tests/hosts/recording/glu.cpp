@@ -63,11 +63,10 @@ GLint gluBuild2DMipmaps(GLenum target, GLint internal_format, GLsizei width, GLs
                         GLenum type, const void* data) {
     record(__func__, target, internal_format, width, height, format, type);
     const auto* bytes = static_cast<const unsigned char*>(data);
-    g_gl.uploads.push_back({g_gl.bound_texture,
-                            width,
-                            height,
-                            format,
-                            {bytes, bytes + width * height * bytes_per_pixel(format)}});
+    const int row = width * bytes_per_pixel(format);
+    const unsigned char* end = bytes + row * height;
+    const unsigned char* read_end = bytes + (row + 3) / 4 * 4 * height;
+    g_gl.uploads.push_back({g_gl.bound_texture, width, height, format, {bytes, end}, {end, read_end}});
     return 0;
 }
 

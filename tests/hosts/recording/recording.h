@@ -94,7 +94,8 @@ struct Upload {
     int width;
     int height;
     unsigned format;
-    std::vector<unsigned char> pixels; // rows packed without padding
+    std::vector<unsigned char> pixels;  // rows packed without padding
+    std::vector<unsigned char> padding; // what GL reads past them: it takes each row as a multiple of four bytes
 };
 
 // All of them since the start.

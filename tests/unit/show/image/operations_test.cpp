@@ -15,7 +15,7 @@
 #include "show/image/progress.h"
 #include "show/image/transforms.h"
 #include "show/image/upload.h"
-#include "tests/unit/image/support.h"
+#include "tests/unit/show/image/support.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "show/image/random.h"
-#include "tests/unit/image/reference.h"
+#include "tests/unit/show/image/reference.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 
 #include "show/stage/packed_picture.h"
 #include "tests/support/image.h"
-#include "tests/unit/packed_stream.h"
+#include "tests/unit/show/stage/packed_stream.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "show/image/filters.h"
 #include "show/image/loops.h"
-#include "tests/unit/image/reference.h"
+#include "tests/unit/show/image/reference.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tests/unit/image/support.h"
+#include "tests/unit/show/image/support.h"
 
 #include <algorithm>
 #include <cstdlib>

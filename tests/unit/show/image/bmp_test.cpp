@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "show/image/bmp.h"
-#include "tests/unit/image/support.h"
+#include "tests/unit/show/image/support.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "show/image/noise.h"
 #include "show/image/random.h"
 #include "show/image/remainder.h"
-#include "tests/unit/image/reference.h"
+#include "tests/unit/show/image/reference.h"
 
 namespace {
 

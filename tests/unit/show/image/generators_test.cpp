@@ -6,7 +6,7 @@
 
 #include "show/image/generators.h"
 #include "show/image/random.h"
-#include "tests/unit/image/reference.h"
+#include "tests/unit/show/image/reference.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "show/image/transforms.h"
-#include "tests/unit/image/reference.h"
+#include "tests/unit/show/image/reference.h"
 
 namespace {
 

@@ -16,9 +16,20 @@
 namespace {
 
 // What FreeType is made to fail at.
-unsigned g_failing_char = 0; // a character code; 0: none
-bool g_failing_sizes = false;
-bool g_failing_library = false;
+struct Failures {
+    unsigned character = 0; // a character code; 0: none
+    bool sizes = false;
+    bool library = false;
+} g_failing;
+
+// Makes FreeType fail for as long as this lives.
+class Failing {
+public:
+    explicit Failing(const Failures& failures) { g_failing = failures; }
+    ~Failing() { g_failing = {}; }
+    Failing(const Failing&) = delete;
+    Failing& operator=(const Failing&) = delete;
+};
 
 } // namespace
 
@@ -34,16 +45,16 @@ FT_Error __wrap_FT_Init_FreeType(FT_Library* library);
 } // extern "C"
 
 FT_Error __wrap_FT_Load_Char(FT_Face face, FT_ULong code, FT_Int32 flags) {
-    if (g_failing_char != 0 && code == g_failing_char) return FT_Err_Invalid_Glyph_Index;
+    if (g_failing.character != 0 && code == g_failing.character) return FT_Err_Invalid_Glyph_Index;
     return __real_FT_Load_Char(face, code, flags);
 }
 
 FT_Error __wrap_FT_Set_Pixel_Sizes(FT_Face face, FT_UInt width, FT_UInt height) {
-    return g_failing_sizes ? FT_Err_Invalid_Pixel_Size : __real_FT_Set_Pixel_Sizes(face, width, height);
+    return g_failing.sizes ? FT_Err_Invalid_Pixel_Size : __real_FT_Set_Pixel_Sizes(face, width, height);
 }
 
 FT_Error __wrap_FT_Init_FreeType(FT_Library* library) {
-    return g_failing_library ? FT_Err_Out_Of_Memory : __real_FT_Init_FreeType(library);
+    return g_failing.library ? FT_Err_Out_Of_Memory : __real_FT_Init_FreeType(library);
 }
 
 namespace {
@@ -124,12 +135,6 @@ class DrawnLine : public testing::TestWithParam<Line> {};
 int g_steps = 0;
 
 } // namespace
-
-// First in the file, for whoever runs all tests in one process.
-TEST(FontLoad, TheLibraryIsNotMadeBeforeTheFirstFont) {
-    EXPECT_EQ(g_ft_ready, 0);
-    EXPECT_EQ(g_ft_library, nullptr);
-}
 
 TEST_P(DrawnLine, IsTheCompositeOfItsGlyphs) {
     const Line& line = GetParam();
@@ -336,7 +341,7 @@ TEST(DrawText, ACharacterThatCannotBeLoadedIsSkippedWithoutAdvancing) {
     const ImagePtr img = make_image(64, 64, kImageGrey, 0);
     std::vector<int> expected = grey_values(img);
     ModelFace().draw(expected, 64, 64, 4, 40, 20, 20, 0, "ac");
-    g_failing_char = 'b';
+    const Failing failing({'b', false, false});
     draw_text(img.get(), font.get(), 4, 40, 20, 20, 0, "abc");
     EXPECT_EQ(grey_values(img), expected);
 }
@@ -345,19 +350,28 @@ TEST(DrawText, DrawsNothingInASizeThatIsRefused) {
     const FontPtr font = vera();
     const ImagePtr img = make_image(64, 64, kImageGrey, 0xff404040);
     const std::vector<int> expected = grey_values(img);
-    g_failing_sizes = true;
+    const Failing failing({0, true, false});
     draw_text(img.get(), font.get(), 4, 40, 20, 20, 0, "abc");
     EXPECT_EQ(grey_values(img), expected);
 }
 
 TEST(FontLoad, WithoutTheLibraryGivesNullAndTriesAgain) {
-    g_failing_library = true;
-    EXPECT_EQ(font_load(kVera), nullptr);
-    EXPECT_EQ(g_ft_ready, 0);
-    g_failing_library = false;
-    const FontPtr font = vera();
-    EXPECT_NE(font, nullptr);
-    EXPECT_EQ(g_ft_ready, 1);
+    const FT_Library library = g_ft_library;
+    g_ft_ready = 0; // as at the program's start
+    {
+        const Failing failing({0, false, true});
+        EXPECT_EQ(font_load(kVera), nullptr);
+        EXPECT_EQ(g_ft_ready, 0);
+    }
+    {
+        const FontPtr font = vera();
+        EXPECT_NE(font, nullptr);
+        EXPECT_EQ(g_ft_ready, 1);
+    }
+    if (library) {
+        FT_Done_FreeType(g_ft_library);
+        g_ft_library = library;
+    }
 }
 
 TEST(DrawText, DoesNotReportProgress) {

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "tests/unit/image/support.h"
+#include "tests/unit/show/image/support.h"
 
 namespace reference {
 

@@ -1,4 +1,4 @@
-#include "tests/unit/image/reference.h"
+#include "tests/unit/show/image/reference.h"
 
 #include <cmath>
 #include <functional>

@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "show/image/image.h"
-#include "tests/unit/image/support.h"
+#include "tests/unit/show/image/support.h"
 
 TEST(ImageCreate, AllocatesOnePlaneForGrey) {
     const ImagePtr img = owned(image_create(3, 2, kImageGrey));
