@@ -6,16 +6,13 @@
 
 #include "show/image/filters.h"
 #include "show/image/image.h"
-#include "show/image/progress.h"
-#include "show/image/random.h"
 #include "show/image/upload.h"
-#include "show/stage/loading_screen.h"
 #include "show/stage/overlay.h"
 #include "show/stage/render_state.h"
 #include "show/stage/show_time.h"
 #include "show/text/text.h"
 #include "tests/calls/expected_layers.h"
-#include "tests/calls/scene_run.h"
+#include "tests/calls/scene_test.h"
 
 namespace {
 
@@ -62,8 +59,6 @@ int ink(const recording::Upload& page, int x0, int y0, int x1, int y1) {
     }
     return dark;
 }
-
-float rounded(double value) { return static_cast<float>(value); }
 
 void start_calls() {
     const float black[4] = {0, 0, 0, 1};
@@ -153,39 +148,27 @@ void draw_frame(unsigned page, GLUquadric* pipe, float t) {
     expected::letterbox_bars();
 }
 
-class Credits : public testing::Test {
+class Credits : public SceneTest {
 protected:
-    void SetUp() override { names_ = prepare({kCredits}); }
+    Credits() : SceneTest(kCredits) {}
 
-    void start(double time) {
-        pipe_ = recording::save_gl().next_quadric;
-        start_at(kCredits, time);
-        start_ = time;
-    }
-
-    testing::AssertionResult frame_is_right(double time) {
-        g_demo_time = time;
-        const float t = static_cast<float>(time - static_cast<float>(start_));
-        // a stand-in with the number of the scene's own
-        recording::GlModel gl = recording::save_gl();
-        const int next = gl.next_quadric;
-        gl.next_quadric = pipe_;
-        recording::restore_gl(gl);
-        GLUquadric* pipe = nullptr;
-        recording::calls_of([&pipe] { pipe = gluNewQuadric(); });
-        gl.next_quadric = next;
-        recording::restore_gl(gl);
-        return same_calls(g_scenes[kCredits].render, [&] { draw_frame(names_.credits, pipe, t); });
-    }
+    void draw_expected(double time) override { draw_frame(names_.credits, pipe(), seconds_in(time)); }
 
     // The colour calls of a frame.
-    recording::Log colours(double time) {
-        return recording::only(recording::calls_of([time] { render_at(kCredits, time); }), "glColor4f");
-    }
+    recording::Log colours(double time) const { return recording::only(frame(time), "glColor4f"); }
 
-    Names names_;
-    int pipe_ = 0;
-    double start_ = 0.0;
+private:
+    // A stand-in for the quadric of the last start, which the host numbers alike.
+    GLUquadric* pipe() const {
+        const recording::GlModel now = recording::save_gl();
+        recording::GlModel before = now;
+        --before.next_quadric;
+        recording::restore_gl(before);
+        GLUquadric* quadric = nullptr;
+        recording::calls_of([&quadric] { quadric = gluNewQuadric(); });
+        recording::restore_gl(now);
+        return quadric;
+    }
 };
 
 } // namespace
@@ -193,14 +176,16 @@ protected:
 TEST(CreditsPage, HasItsCreditLinesInTheFileNamedArial) {
     ASSERT_TRUE(has_font("./Vera.ttf"));
     ASSERT_TRUE(has_font("Arial"));
-    g_scenes[kCredits].prepare();
-    make_page("Arial");
-    ASSERT_EQ(recording::uploads().size(), 2u);
-    EXPECT_TRUE(same_page(recording::uploads()[0], recording::uploads()[1]));
+    const recording::GlModel before = recording::save_gl();
+    const recording::Log expected = recording::calls_of([] { make_page("Arial"); });
+    const recording::Upload page = recording::uploads().at(0);
+    recording::restore_gl(before);
+    EXPECT_TRUE(same_log(recording::calls_of(g_scenes[kCredits].prepare), expected));
+    EXPECT_TRUE(same_page(recording::uploads().at(0), page));
 }
 
 TEST(CreditsPage, WithoutThatFileTheyStandInTheOtherFont) {
-    TemporaryDirectory directory({"Vera.ttf"});
+    WorkingFolder directory({"Vera.ttf"});
     g_scenes[kCredits].prepare();
     make_page("./Vera.ttf");
     ASSERT_EQ(recording::uploads().size(), 2u);
@@ -227,58 +212,29 @@ TEST(CreditsPage, TheHeadingStandsAboveTheCoverAndEverythingElseUnderIt) {
 }
 
 TEST(CreditsPage, WithoutAnyFontIsPlainWhite) {
-    TemporaryDirectory empty({});
+    WorkingFolder empty({});
     g_scenes[kCredits].prepare();
     const std::vector<unsigned char> white(800 * 600, 255);
     EXPECT_EQ(recording::uploads().at(0).pixels, white);
 }
 
-TEST(CreditsPage, IsGreyAndClampsPlainlyAfterTheLoadingScreen) {
-    g_progress_hook = loading_step;
-    const recording::Log calls = recording::calls_of(g_scenes[kCredits].prepare);
-    EXPECT_EQ(recording::only(calls, "gluBuild2DMipmaps"), (recording::calls_of([] {
-                  const std::vector<unsigned char> page(800 * 600);
-                  gluBuild2DMipmaps(GL_TEXTURE_2D, 1, 800, 600, GL_LUMINANCE, GL_UNSIGNED_BYTE, page.data());
-              })));
-    EXPECT_EQ(wrap_modes(calls), std::vector<unsigned>{GL_CLAMP});
-}
-
-TEST(CreditsPage, DrawsNoNumbers) {
-    g_random = {11, 22, 33};
-    g_scenes[kCredits].prepare();
-    EXPECT_EQ(g_random.s1, 11u);
-}
-
 TEST_F(Credits, StartSetsTheSecondLightProjectionAndANewQuadricEachTime) {
-    EXPECT_TRUE(same_calls([] { start_at(kCredits, 153.0); }, start_calls));
-    EXPECT_TRUE(same_calls([] { start_at(kCredits, 160.0); }, start_calls));
+    EXPECT_TRUE(same_calls([this] { start(153.0); }, start_calls));
+    EXPECT_TRUE(same_calls([this] { start(160.0); }, start_calls));
     EXPECT_EQ(recording::save_gl().next_quadric, 4); // the shared one and two more
-}
-
-TEST_F(Credits, StopAndReleaseDoNothing) {
-    EXPECT_TRUE(recording::calls_of([] {
-                    g_scenes[kCredits].stop();
-                    g_scenes[kCredits].release();
-                }).empty());
 }
 
 TEST_F(Credits, TheFrameFadesThePipesInAndTheCoverOut) {
     start(153.0);
-    for (double time : {153.0, 153.1, 154.7, 155.99, 156.0, 156.3, 158.0, 159.9, 160.0, 160.1, 161.9}) {
-        EXPECT_TRUE(frame_is_right(time)) << time;
+    expect_right_frames({153.0, 153.1, 154.7, 155.99, 156.0, 156.3, 158.0, 159.9, 160.0, 160.1, 161.9});
+    for (float t : {std::nextafterf(7.0f, 0.0f), std::nextafterf(7.0f, 8.0f)}) { // around full strength
+        EXPECT_TRUE(frame_is_right(153.0 + static_cast<double>(t))) << t;
     }
 }
 
 TEST_F(Credits, AStartThatSinglePrecisionRoundsIsCountedFromTheRoundedTime) {
     start(153.3);
-    for (double time : {153.3, 155.2, 157.7}) EXPECT_TRUE(frame_is_right(time)) << time;
-}
-
-TEST_F(Credits, TheFadeStopsAtItsFullStrength) {
-    start(153.0);
-    for (float t : {std::nextafterf(7.0f, 0.0f), 7.0f, std::nextafterf(7.0f, 8.0f)}) {
-        EXPECT_TRUE(frame_is_right(153.0 + static_cast<double>(t))) << t;
-    }
+    expect_right_frames({153.3, 155.2, 157.7});
 }
 
 TEST_F(Credits, BeforeTheThirdSecondTheCoverIsOpaqueAndThePipesInvisible) {
@@ -305,12 +261,4 @@ TEST_F(Credits, ASecondStartBeginsTheFadeAgainWithItsOwnQuadric) {
     start(160.0);
     EXPECT_TRUE(frame_is_right(160.0));
     EXPECT_TRUE(frame_is_right(161.0));
-}
-
-TEST_F(Credits, OnlyTheMeantCallsAreRejected) {
-    start(153.0);
-    EXPECT_EQ(rejected_calls_of([] { render_at(kCredits, 155.0); }),
-              (std::vector<std::string>{"glDisable", "glEnable"}));
-    EXPECT_EQ(recording::modelview_depth(), 1);
-    EXPECT_EQ(recording::projection_depth(), 1);
 }

@@ -32,19 +32,6 @@ TEST(Clear, ClearsTheColourBufferAndNothingElse) {
     EXPECT_EQ(calls_of(clear_render), calls_of([] { glClear(GL_COLOR_BUFFER_BIT); }));
 }
 
-TEST(ClearAndFlash, HaveNothingElseToDo) {
-    for (SceneIndex index : {kClear, kFlash}) {
-        const Scene& scene = g_scenes[index];
-        EXPECT_TRUE(calls_of([&scene] {
-                        g_demo_time = 10.0;
-                        scene.prepare();
-                        scene.start();
-                        scene.stop();
-                        scene.release();
-                    }).empty());
-    }
-}
-
 TEST(Flash, DrawsAWhiteOverlayWithTheUnclampedSumAsAlpha) {
     const recording::Log calls = flash_at(10.0);
     // 10.0 itself, and the tail of 11.4: exp(-(7 * 1.4)^2), far below what a float of 1 can hold

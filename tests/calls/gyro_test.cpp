@@ -5,16 +5,13 @@
 #include "show/image/filters.h"
 #include "show/image/generators.h"
 #include "show/image/image.h"
-#include "show/image/progress.h"
-#include "show/image/random.h"
 #include "show/image/upload.h"
-#include "show/stage/loading_screen.h"
 #include "show/stage/overlay.h"
 #include "show/stage/render_state.h"
 #include "show/stage/shapes.h"
 #include "show/stage/show_time.h"
 #include "tests/calls/expected_layers.h"
-#include "tests/calls/scene_run.h"
+#include "tests/calls/scene_test.h"
 
 namespace {
 
@@ -35,8 +32,6 @@ void make_glow_texture() {
     image_free(b);
     image_free(m);
 }
-
-float rounded(double angle) { return static_cast<float>(angle); }
 
 void place_camera(int pass, float t) {
     switch (pass) {
@@ -239,114 +234,35 @@ void draw_frame(const Names& names, int pass, float t, double time) {
     draw_letterbox();
 }
 
-class Gyro : public testing::Test {
+class Gyro : public SceneTest {
 protected:
-    void SetUp() override { names_ = prepare({kGreetings, kGyro}); }
-
-    void start_pass(int pass, double start) {
-        for (; pass_ < pass; ++pass_) start_at(kGyro, start);
-        start_ = start;
-    }
-
-    testing::AssertionResult frame_is_right(double time) {
-        g_demo_time = time;
-        const float t = static_cast<float>(time - static_cast<float>(start_));
-        return same_calls(g_scenes[kGyro].render, [&] { draw_frame(names_, pass_, t, time); });
-    }
-
-    recording::Log frame(double time) {
-        return recording::calls_of([time] { render_at(kGyro, time); });
-    }
-
-    Names names_;
-    int pass_ = 0;
-    double start_ = 0.0;
+    Gyro() : SceneTest(kGyro, {kGreetings}) {}
+    void draw_expected(double time) override { draw_frame(names_, pass(), seconds_in(time), time); }
 };
 
 } // namespace
 
-TEST(GyroTexture, IsARedDiscMadeInSteps) {
-    EXPECT_TRUE(same_calls(g_scenes[kGyro].prepare, make_glow_texture));
-    ASSERT_EQ(recording::uploads().size(), 1u);
-    const recording::Upload& upload = recording::uploads()[0];
-    EXPECT_EQ(upload.width, 256);
-    EXPECT_EQ(upload.height, 256);
-    EXPECT_EQ(upload.format, static_cast<unsigned>(GL_RGBA));
-    // In the centre the inverted cone is 0: full red, transparent.
-    const size_t centre = 4 * (128 * 256 + 128);
-    EXPECT_EQ(upload.pixels[centre], 0xba);
-    EXPECT_EQ(upload.pixels[centre + 1], 0);
-    EXPECT_EQ(upload.pixels[centre + 3], 0);
-    EXPECT_EQ(upload.pixels[3], 255); // the corner is opaque
-}
-
-TEST(GyroTexture, IsMadeInTheSameWayWhileEveryOperationRedrawsTheLoadingScreen) {
-    g_progress_hook = loading_step;
-    EXPECT_TRUE(same_calls(g_scenes[kGyro].prepare, make_glow_texture));
-}
-
-TEST(GyroTexture, ClampsPlainlyAfterTheLoadingScreen) {
-    g_progress_hook = loading_step;
-    const recording::Log calls = recording::calls_of(g_scenes[kGyro].prepare);
-    EXPECT_EQ(wrap_modes(calls), std::vector<unsigned>{GL_CLAMP});
-}
-
-TEST(GyroTexture, DrawsNoNumbers) {
-    g_random = {11, 22, 33};
-    g_scenes[kGyro].prepare();
-    EXPECT_EQ(g_random.s1, 11u);
-}
-
-TEST_F(Gyro, StartSetsLightsProjectionAndFog) {
-    EXPECT_TRUE(same_calls([] { start_at(kGyro, 34.0); },
-                           [] {
-                               expected::light_and_projection();
-                               expected::fog(100.0f, 600.0f);
-                           }));
-}
-
-TEST_F(Gyro, EveryStartIsTheSame) {
-    const recording::Log first = recording::calls_of([] { start_at(kGyro, 34.0); });
-    for (double time : {40.0, 45.5, 60.0}) {
-        EXPECT_TRUE(same_log(recording::calls_of([time] { start_at(kGyro, time); }), first));
-    }
-}
-
-TEST_F(Gyro, StopAndReleaseDoNothing) {
-    EXPECT_TRUE(recording::calls_of([] {
-                    g_scenes[kGyro].stop();
-                    g_scenes[kGyro].release();
-                }).empty());
-}
+TEST(GyroTexture, IsARedDiscMadeInSteps) { EXPECT_TRUE(prepares(kGyro, make_glow_texture)); }
 
 TEST_F(Gyro, ThePassOneFrameTurnsAboutTheRoomsAxis) {
     start_pass(1, 34.0);
-    for (double time : {34.0, 34.016, 36.7, 39.99}) EXPECT_TRUE(frame_is_right(time)) << time;
+    expect_right_frames({34.0, 34.016, 36.7, 39.99});
 }
 
 TEST_F(Gyro, ThePassTwoFrameTiltsTheRoomToo) {
     start_pass(2, 40.0);
-    for (double time : {40.0, 42.1, 45.49}) EXPECT_TRUE(frame_is_right(time)) << time;
+    expect_right_frames({40.0, 42.1, 45.49});
 }
 
 TEST_F(Gyro, ThePassThreeFrameTumblesBeforeItLooks) {
     start_pass(3, 45.5);
-    for (double time : {45.5, 47.3, 54.99}) EXPECT_TRUE(frame_is_right(time)) << time;
-    const recording::Log calls = frame(47.3);
-    size_t turn = 0;
-    while (calls.at(turn).name != "glRotatef") ++turn;
-    EXPECT_EQ(calls.at(turn + 1).name, "glTranslated");
-    EXPECT_EQ(calls.at(turn + 2).name, "gluLookAt");
+    expect_right_frames({45.5, 47.3, 54.99});
 }
 
 TEST_F(Gyro, AFourthStartLeavesTheViewAndTheCaptionOut) {
     start_pass(4, 60.0);
     EXPECT_TRUE(frame_is_right(61.0));
-    const recording::Log calls = frame(61.0);
-    EXPECT_EQ(recording::count(calls, "gluLookAt"), 0);
-    for (const recording::Call& vertex : recording::only(calls, "glVertex3d")) {
-        ASSERT_FALSE((vertex == recording::Call{"glVertex3d", {512.0, 668.16, 1.0}}));
-    }
+    EXPECT_EQ(recording::count(frame(61.0), "gluLookAt"), 0);
 }
 
 TEST_F(Gyro, BeforeItsFirstStartItLeavesThemOutToo) { EXPECT_TRUE(frame_is_right(1.0)); }
@@ -355,44 +271,17 @@ TEST_F(Gyro, TheTimeOfAPassIsSinglePrecision) {
     start_pass(1, 34.1);
     EXPECT_TRUE(frame_is_right(34.1));
     EXPECT_TRUE(frame_is_right(35.3));
-    const recording::Log turns = recording::only(frame(35.3), "glRotatef");
-    const float t = static_cast<float>(35.3 - static_cast<double>(34.1f));
-    EXPECT_EQ(std::get<double>(turns.at(1).arguments[0]), static_cast<float>(-30.0 * t));
 }
 
 TEST_F(Gyro, ItDrawsFromScrollHeightZeroWhateverTheGreetingsLeft) {
-    for (int i = 0; i < 3; ++i) start_at(kGreetings, 10.0);
-    render_at(kGreetings, 34.0); // scroll height 4900
+    leave_greetings_scrolled();
     start_pass(1, 34.0);
     EXPECT_TRUE(frame_is_right(34.0));
-    // four columns of 17 cylinders drawn twice: the last that is not beyond 600 stands at 600
-    EXPECT_EQ(recording::count(frame(34.0), "gluCylinder"), 4 * 17 * 2);
 }
 
-TEST_F(Gyro, HasTwoSlabsOf400Blocks) {
-    start_pass(1, 34.0);
-    const recording::Log scales = recording::only(frame(34.0), "glScaled");
-    int blocks = 0;
-    for (const recording::Call& scale : scales) {
-        blocks += scale == recording::Call{"glScaled", {12.0, 12.0, 12.0}};
-    }
-    EXPECT_EQ(blocks, 400);
-    EXPECT_EQ(scales.size(), 400u + 3 * 359 + 6 * 36);
-}
-
-TEST_F(Gyro, OnlyTheMeantCallsAreRejected) {
-    start_pass(1, 34.0);
-    EXPECT_EQ(rejected_calls_of([] { render_at(kGyro, 35.0); }),
-              (std::vector<std::string>{"glPopMatrix", "glPopMatrix", "glDisable", "glEnable"}));
-    EXPECT_EQ(recording::modelview_depth(), 1);
-    EXPECT_EQ(recording::projection_depth(), 1);
-}
-
-TEST_F(Gyro, DrawsNoNumbersAndStaysOnTheCachesSideOfLighting) {
+TEST_F(Gyro, TurnsLightingOnAgainInTheCache) {
     start_pass(1, 34.0);
     set_render_state(5); // as the greetings leave it
-    g_random = {11, 22, 33};
     EXPECT_TRUE(frame_is_right(35.0));
-    EXPECT_EQ(g_random.s1, 11u);
     EXPECT_EQ(g_render_state, 7);
 }

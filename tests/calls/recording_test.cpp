@@ -2,7 +2,7 @@
 #include <GL/glu.h>
 #include <gtest/gtest.h>
 
-#include "tests/calls/scene_run.h"
+#include "tests/calls/scene_test.h"
 #include "tests/hosts/recording/recording.h"
 
 namespace {

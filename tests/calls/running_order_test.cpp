@@ -12,7 +12,7 @@
 #include "show/image/random.h"
 #include "show/stage/show_time.h"
 #include "tests/calls/run.h"
-#include "tests/calls/scene_run.h"
+#include "tests/calls/scene_test.h"
 
 namespace {
 
@@ -75,35 +75,21 @@ std::vector<recording::Argument> blend_function(const recording::Log& calls, int
 
 } // namespace
 
-TEST_F(RunningOrder, LoadingMakesEveryTextureInOrder) {
-    const struct {
-        int width, height;
-        unsigned format;
-    } expected[] = {
-        {512, 512, GL_LUMINANCE},       // title
-        {256, 256, GL_LUMINANCE},       // wall
-        {256, 256, GL_LUMINANCE_ALPHA}, // ribbon
-        {256, 256, GL_LUMINANCE},       // beam
-        {128, 256, GL_LUMINANCE},       // shaft
-        {512, 512, GL_LUMINANCE_ALPHA}, // words
-        {256, 256, GL_RGBA},            // glow
-        {512, 512, GL_LUMINANCE_ALPHA}, // panel
-        {128, 256, GL_LUMINANCE_ALPHA}, // bar
-        {512, 700, GL_LUMINANCE_ALPHA}, // poem
-        {512, 128, GL_LUMINANCE_ALPHA}, // film
-        {1024, 1024, GL_RGB},           // plasma
-        {512, 512, GL_LUMINANCE_ALPHA}, // sign
-        {256, 256, GL_LUMINANCE_ALPHA}, // sprite
-        {800, 600, GL_LUMINANCE},       // credits
-    };
-    const std::vector<recording::Upload>& uploads = recording::uploads();
-    const size_t before = uploads.size() - std::size(expected); // the loading picture
-    ASSERT_GE(uploads.size(), std::size(expected));
-    for (size_t i = 0; i < std::size(expected); ++i) {
-        EXPECT_EQ(uploads[before + i].width, expected[i].width) << i;
-        EXPECT_EQ(uploads[before + i].height, expected[i].height) << i;
-        EXPECT_EQ(uploads[before + i].format, expected[i].format) << i;
+TEST(Textures, RepeatAsTilesOrClampPlainlyAfterTheLoadingScreen) {
+    std::vector<GLint> modes; // of the second axis, as each texture is left
+    for (const recording::Call& call : recording::only(recording::calls_of(load_show), "glTexParameteri")) {
+        if (std::get<double>(call.arguments[1]) != GL_TEXTURE_WRAP_T) continue;
+        modes.push_back(static_cast<GLint>(std::get<double>(call.arguments[2])));
     }
+    // The surplus pop of the loading screen makes the upload take GL_CLAMP_TO_EDGE for missing.
+    EXPECT_EQ(modes,
+              (std::vector<GLint>{GL_CLAMP_TO_EDGE,                                   // loading picture
+                                  GL_CLAMP,                                           // title
+                                  GL_REPEAT, GL_CLAMP, GL_REPEAT, GL_CLAMP, GL_CLAMP, // greetings
+                                  GL_CLAMP,                                           // gyro
+                                  GL_CLAMP,                                           // text screen
+                                  GL_CLAMP, GL_CLAMP, GL_CLAMP, GL_CLAMP, GL_CLAMP, GL_CLAMP, // scroller
+                                  GL_CLAMP}));                                                // credits
 }
 
 TEST(Generator, LoadingDrawsForTheTwoTilesTheFilmTheStarsAndTheColourPlasma) {

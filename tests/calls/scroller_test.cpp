@@ -7,12 +7,10 @@
 #include "show/image/generators.h"
 #include "show/image/image.h"
 #include "show/image/noise.h"
-#include "show/image/progress.h"
 #include "show/image/random.h"
 #include "show/image/upload.h"
 #include "show/scenes/poem.h"
 #include "show/stage/language.h"
-#include "show/stage/loading_screen.h"
 #include "show/stage/overlay.h"
 #include "show/stage/render_state.h"
 #include "show/stage/shapes.h"
@@ -20,13 +18,11 @@
 #include "show/stage/vectors.h"
 #include "show/text/text.h"
 #include "tests/calls/expected_layers.h"
-#include "tests/calls/scene_run.h"
+#include "tests/calls/scene_test.h"
 
 namespace {
 
 constexpr double k = 0.0017683882585972932; // pi / 1776.5, the show's unit of angle
-
-float rounded(double value) { return static_cast<float>(value); }
 
 void blend_over() { glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA); }
 
@@ -581,48 +577,25 @@ void draw_frame(const Names& names, int starts, float t, double time) {
     expected::letterbox_bars();
 }
 
-class Scroller : public testing::Test {
+class Scroller : public SceneTest {
 protected:
-    void SetUp() override { names_ = prepare({kGreetings, kTextScreen, kScroller}); }
+    Scroller() : SceneTest(kScroller, {kGreetings, kTextScreen}) {}
 
-    void start(int times, double time) {
-        if (starts_ == 0) start_ = time;
-        for (; starts_ < times; ++starts_) start_at(kScroller, time);
+    void draw_expected(double time) override {
+        draw_frame(names_, pass(), seconds_since_first_start(time), time);
     }
 
-    testing::AssertionResult frame_is_right(double time) {
-        g_demo_time = time;
-        const float t = static_cast<float>(time - static_cast<float>(start_));
-        return same_calls(g_scenes[kScroller].render, [&] { draw_frame(names_, starts_, t, time); });
-    }
-
-    // The same, at a local time given as the scene sees it. The start at 74.0 is exact in single precision.
-    testing::AssertionResult frame_is_right_at(float t) {
-        return frame_is_right(74.0 + static_cast<double>(t));
-    }
+    // The frame at a local time as the scene sees it. The start at 74.0 is exact in single precision.
+    recording::Log frame_at(double t) const { return frame(74.0 + t); }
 
     // Each bound from both sides and on itself.
-    void bounds_are_right(std::initializer_list<float> bounds) {
+    void expect_right_around(std::initializer_list<float> bounds) {
         for (float bound : bounds) {
             for (float t : {std::nextafterf(bound, 0.0f), bound, std::nextafterf(bound, 99.0f)}) {
-                EXPECT_TRUE(frame_is_right_at(t)) << t;
+                EXPECT_TRUE(frame_is_right(74.0 + static_cast<double>(t))) << "after " << t << " s";
             }
         }
     }
-
-    recording::Log frame_at(double t) {
-        return recording::calls_of([t] { render_at(kScroller, 74.0 + t); });
-    }
-
-    bool binds(double t, unsigned texture) {
-        const recording::Call bind = recording::calls_of([texture] { expected::bind(texture); }).front();
-        const recording::Log calls = frame_at(t);
-        return std::find(calls.begin(), calls.end(), bind) != calls.end();
-    }
-
-    Names names_;
-    int starts_ = 0;
-    double start_ = 0.0;
 };
 
 } // namespace
@@ -631,81 +604,12 @@ TEST(ScrollerPreparation, MakesItsThingsInOrderInBothLanguages) {
     ASSERT_TRUE(has_font("./Vera.ttf"));
     for (int english : {0, 1}) {
         g_english = english;
-        EXPECT_TRUE(same_calls(g_scenes[kScroller].prepare, [english] { make_everything(english); }))
-            << english;
-    }
-    EXPECT_NE(recording::uploads().at(1).pixels, recording::uploads().at(7).pixels); // the two poems
-}
-
-TEST(ScrollerPreparation, MakesThemInTheSameWayWhileEveryOperationRedrawsTheLoadingScreen) {
-    g_progress_hook = loading_step;
-    EXPECT_TRUE(same_calls(g_scenes[kScroller].prepare, [] { make_everything(false); }));
-}
-
-TEST(ScrollerPreparation, HasItsSizesAndFormats) {
-    prepare({kScroller});
-    const struct {
-        int width, height;
-        unsigned format;
-    } expected[] = {{128, 256, GL_LUMINANCE_ALPHA}, {512, 700, GL_LUMINANCE_ALPHA},
-                    {512, 128, GL_LUMINANCE_ALPHA}, {1024, 1024, GL_RGB},
-                    {512, 512, GL_LUMINANCE_ALPHA}, {256, 256, GL_LUMINANCE_ALPHA}};
-    ASSERT_EQ(recording::uploads().size(), 6u);
-    for (size_t i = 0; i < 6; ++i) {
-        const recording::Upload& upload = recording::uploads()[i];
-        EXPECT_EQ(upload.width, expected[i].width) << i;
-        EXPECT_EQ(upload.height, expected[i].height) << i;
-        EXPECT_EQ(upload.format, expected[i].format) << i;
-    }
-}
-
-TEST(ScrollerPreparation, TheSheetCurlsUnequallyAtItsTwoEdges) {
-    const recording::Log vertices =
-        recording::only(recording::calls_of(g_scenes[kScroller].prepare), "glVertex3d");
-    ASSERT_EQ(vertices.size(), 4u * 1600);
-    const auto z = [&vertices](int column, int corner) {
-        return std::get<double>(vertices[static_cast<size_t>(4 * column + corner)].arguments[2]);
-    };
-    EXPECT_EQ(z(0, 0), curl(-4)); // x = -20
-    EXPECT_EQ(z(3, 1), 0.0);      // x = -16
-    EXPECT_EQ(z(4, 0), 0.0);
-    EXPECT_EQ(z(33, 1), 0.0);      // x = 14, from the left
-    EXPECT_EQ(z(34, 0), curl(-1)); // x = 14, from the right: a hairline step
-    EXPECT_EQ(z(34, 1), 0.0);      // x = 15
-    EXPECT_EQ(z(39, 1), curl(5));  // x = 20
-}
-
-TEST(ScrollerPreparation, EveryUploadClampsPlainlyAfterTheLoadingScreen) {
-    g_progress_hook = loading_step;
-    EXPECT_EQ(wrap_modes(recording::calls_of(g_scenes[kScroller].prepare)),
-              std::vector<unsigned>(6, GL_CLAMP));
-}
-
-TEST(ScrollerPreparation, TheFeedbackTextureGetsNoImage) {
-    const Names names = prepare({kScroller});
-    for (const recording::Upload& upload : recording::uploads()) EXPECT_NE(upload.texture, names.feedback);
-    EXPECT_EQ(recording::uploads().at(0).texture, names.bar);
-}
-
-TEST(ScrollerPreparation, ThePoemsLinesFitTheirTexture) {
-    for (int english : {0, 1}) {
-        for (int i = 0; i < 22; ++i) {
-            const std::string line = poem_line(english, i);
-            EXPECT_FALSE(line.empty()) << i;
-            EXPECT_LE(line.size(), 47u) << line;
-        }
-        g_english = english;
-        prepare({kScroller});
-        const recording::Upload& poem = recording::uploads().at(recording::uploads().size() - 5);
-        ASSERT_EQ(poem.height, 700);
-        for (int y = 0; y < 700; ++y) { // a line that is cut would reach the last column
-            EXPECT_EQ(poem.pixels[static_cast<size_t>(2 * (y * 512 + 511))], 0) << "line " << y / 30;
-        }
+        EXPECT_TRUE(prepares(kScroller, [english] { make_everything(english); })) << english;
     }
 }
 
 TEST(ScrollerPreparation, WithoutTheFontThePoemAndTheSignAreInvisible) {
-    TemporaryDirectory empty({});
+    WorkingFolder empty({});
     prepare({kScroller});
     for (size_t i : {size_t(1), size_t(4)}) {
         const recording::Upload& upload = recording::uploads().at(i);
@@ -713,104 +617,63 @@ TEST(ScrollerPreparation, WithoutTheFontThePoemAndTheSignAreInvisible) {
     }
 }
 
-TEST_F(Scroller, StartSetsLightsProjectionAndFog) {
-    for (double time : {74.0, 77.0}) {
-        EXPECT_TRUE(same_calls([time] { start_at(kScroller, time); },
-                               [] {
-                                   expected::light_and_projection();
-                                   expected::fog(100.0f, 600.0f);
-                               }));
-    }
-}
-
-TEST_F(Scroller, StopAndReleaseDoNothing) {
-    EXPECT_TRUE(recording::calls_of([] {
-                    g_scenes[kScroller].stop();
-                    g_scenes[kScroller].release();
-                }).empty());
-}
-
 TEST_F(Scroller, TheSheetHangsInTheRoomUntilDirectMode) {
-    start(1, 74.0);
-    for (double time : {74.0, 74.1, 75.5, 76.99}) EXPECT_TRUE(frame_is_right(time)) << time;
-    start(2, 77.0);
-    for (double time : {77.0, 77.5, 79.6, 81.0, 84.0, 87.0, 88.5, 89.5, 93.0, 96.5, 97.1}) {
-        EXPECT_TRUE(frame_is_right(time)) << time;
-    }
+    start_pass(1, 74.0);
+    expect_right_frames({74.0, 74.1, 75.5, 76.99});
+    start_pass(2, 77.0);
+    expect_right_frames({77.0, 77.5, 79.6, 81.0, 84.0, 87.0, 88.5, 89.5, 93.0, 96.5, 97.1});
 }
 
 TEST_F(Scroller, TheLayerFillsTheScreenInDirectMode) {
-    start(2, 74.0);
-    for (double time : {97.3,  98.5,  101.9, 102.2, 102.5,  104.0, 106.9, 108.0, 110.0, 111.0, 116.5, 117.1,
-                        118.0, 122.0, 125.0, 133.3, 134.05, 135.0, 136.5, 138.5, 141.1, 143.0, 144.9}) {
-        EXPECT_TRUE(frame_is_right(time)) << time;
-    }
+    start_pass(2, 74.0);
+    expect_right_frames({97.3,  98.5,  101.9, 102.2, 102.5,  104.0, 106.9, 108.0, 110.0, 111.0, 116.5, 117.1,
+                         118.0, 122.0, 125.0, 133.3, 134.05, 135.0, 136.5, 138.5, 141.1, 143.0, 144.9});
 }
 
 TEST_F(Scroller, AfterDirectModeTheCameraPullsBack) {
-    start(2, 74.0);
-    for (double time : {145.1, 149.0, 152.99}) EXPECT_TRUE(frame_is_right(time)) << time;
+    start_pass(2, 74.0);
+    expect_right_frames({145.1, 149.0, 152.99});
 }
 
 TEST_F(Scroller, AStartThatSinglePrecisionRoundsIsCountedFromTheRoundedTime) {
-    start(1, 74.3);
+    start_pass(1, 74.3);
     EXPECT_TRUE(frame_is_right(74.3));
     EXPECT_TRUE(frame_is_right(75.7));
     EXPECT_TRUE(frame_is_right(100.1));
 }
 
 TEST_F(Scroller, TheFirstStartSetsTheClockAndLaterOnesDoNot) {
-    start(1, 74.0);
-    start(2, 77.0);
-    start(3, 90.0);
+    start_pass(1, 74.0);
+    start_pass(2, 77.0);
+    start_pass(3, 90.0);
     EXPECT_TRUE(frame_is_right(91.0)); // 17 seconds in; without a look-at
     EXPECT_EQ(recording::count(frame_at(17.0), "gluLookAt"), 0);
     EXPECT_TRUE(frame_is_right(120.0));
 }
 
 TEST_F(Scroller, TheModeBoundsAreStrict) {
-    start(2, 74.0);
-    bounds_are_right({23.2f, 71.0f});
+    start_pass(2, 74.0);
+    expect_right_around({23.2f, 71.0f});
     EXPECT_EQ(recording::count(frame_at(23.19), "glCopyTexImage2D"), 1);
     EXPECT_EQ(recording::count(frame_at(static_cast<double>(23.2f)), "glCopyTexImage2D"), 0);
     EXPECT_EQ(recording::count(frame_at(71.0), "glCopyTexImage2D"), 0);
     EXPECT_EQ(recording::count(frame_at(71.01), "glCopyTexImage2D"), 1);
 }
 
-TEST_F(Scroller, TheDollyStopsAtThirteenSeconds) {
-    start(2, 74.0);
-    bounds_are_right({13.0f});
-}
-
-TEST_F(Scroller, TheTextScreenIsGoneAfterThreeSeconds) {
-    start(1, 74.0);
-    bounds_are_right({3.0f});
-    EXPECT_TRUE(binds(2.99, names_.panel));
-    EXPECT_FALSE(binds(3.0, names_.panel));
-}
-
-TEST_F(Scroller, TheRasterBarsComeAfterFiveAndAHalfSecondsAndAreFullAfterThreeMore) {
-    start(1, 74.0);
-    bounds_are_right({5.5f, 8.5f});
-    EXPECT_FALSE(binds(5.5, names_.bar));
-    EXPECT_TRUE(binds(5.51, names_.bar));
-}
-
-TEST_F(Scroller, ThePlasmaFlashesThreeTimes) {
-    start(1, 74.0);
-    bounds_are_right({14.0f, 15.0f, 18.0f, 22.0f, 23.2f, 24.2f, 28.0f, 28.4f, 29.4f, 33.0f});
-    EXPECT_FALSE(binds(14.0, names_.plasma));
-    EXPECT_TRUE(binds(14.01, names_.plasma));
-    EXPECT_TRUE(binds(21.99, names_.plasma));
-    EXPECT_FALSE(binds(22.0, names_.plasma));
-    EXPECT_TRUE(binds(27.99, names_.plasma));
-    EXPECT_FALSE(binds(28.0, names_.plasma));
-    EXPECT_FALSE(binds(28.39, names_.plasma));
-    EXPECT_FALSE(binds(33.0, names_.plasma));
+TEST_F(Scroller, EverythingComesAndGoesAtItsSecond) {
+    start_pass(2, 74.0);
+    expect_right_around({3.0f});       // the text screen has gone
+    expect_right_around({5.5f, 8.5f}); // raster bars, then at full strength
+    expect_right_around({13.0f});      // the camera stops
+    expect_right_around({14.0f, 15.0f, 18.0f, 22.0f, 23.2f, 24.2f, 28.0f, 28.4f, 29.4f, 33.0f}); // plasma
+    expect_right_around({35.5f, 36.5f, 43.2f}); // sprites, then the stars
+    expect_right_around({47.0f, 50.0f, 60.1f}); // more sprites
+    expect_right_around({60.0f, 62.0f, 64.0f}); // the sign
+    expect_right_around({67.0f, 68.0f, 70.0f}); // the cube, its slab, at full strength
 }
 
 TEST_F(Scroller, APlasmaFlashDrawsNothingAtItsFullInstantAndGoesOnBelowZero) {
-    start(1, 74.0);
+    start_pass(1, 74.0);
     const auto quads = [this](double t) {
         int found = 0;
         for (const recording::Call& call : recording::only(frame_at(t), "glVertex3d")) {
@@ -824,43 +687,8 @@ TEST_F(Scroller, APlasmaFlashDrawsNothingAtItsFullInstantAndGoesOnBelowZero) {
     EXPECT_EQ(quads(21.0), 2); // alpha -1 by then
 }
 
-TEST_F(Scroller, TheSpritesComeAndGo) {
-    start(2, 74.0);
-    bounds_are_right({35.5f, 36.5f, 43.2f, 47.0f, 50.0f, 60.1f});
-    EXPECT_FALSE(binds(35.5, names_.sprite));
-    EXPECT_TRUE(binds(35.51, names_.sprite));
-    EXPECT_TRUE(binds(43.19, names_.sprite));
-    EXPECT_FALSE(binds(43.21, names_.sprite));
-    EXPECT_FALSE(binds(47.0, names_.sprite));
-    EXPECT_TRUE(binds(47.01, names_.sprite));
-    EXPECT_TRUE(binds(60.09, names_.sprite));
-    EXPECT_FALSE(binds(60.11, names_.sprite));
-}
-
-TEST_F(Scroller, TheSameTwentySpritesComeBackEachFrame) {
-    start(2, 74.0);
-    frame_at(38.0);
-    const unsigned after = random_next();
-    random_seed(2000);
-    for (int i = 0; i < 60; ++i) random_next();
-    EXPECT_EQ(after, random_next());
-}
-
-TEST_F(Scroller, TheStarfieldBegins) {
-    start(2, 74.0);
-    bounds_are_right({43.2f});
-    EXPECT_EQ(recording::count(frame_at(43.19), "glPointSize"), 0);
-    const recording::Log calls = frame_at(43.21);
-    EXPECT_EQ(recording::count(calls, "glPointSize"), 1);
-    EXPECT_EQ(recording::count(calls, "glColor3f"), 8000);
-}
-
 TEST_F(Scroller, TheSignSlidesFromOffTheRightEdgeToOffTheLeftOne) {
-    start(2, 74.0);
-    bounds_are_right({60.0f, 62.0f, 64.0f});
-    EXPECT_FALSE(binds(60.0, names_.sign));
-    EXPECT_TRUE(binds(60.01, names_.sign));
-    EXPECT_FALSE(binds(64.0, names_.sign));
+    start_pass(2, 74.0);
     const auto shift = [this](float t) {
         return std::get<double>(
             recording::only(frame_at(static_cast<double>(t)), "glTranslated").at(0).arguments[0]);
@@ -870,41 +698,7 @@ TEST_F(Scroller, TheSignSlidesFromOffTheRightEdgeToOffTheLeftOne) {
     EXPECT_NEAR(shift(std::nextafterf(64.0f, 63.0f)), -1024.0, 0.01);
 }
 
-TEST_F(Scroller, TheCubeComesAndThenItsDepthSlab) {
-    start(2, 74.0);
-    bounds_are_right({67.0f, 68.0f, 70.0f});
-    const auto boxes = [this](double t) { // each has one face to the right
-        const recording::Log normals = recording::only(frame_at(t), "glNormal3d");
-        return std::count(normals.begin(), normals.end(), recording::Call{"glNormal3d", {1.0, 0.0, 0.0}});
-    };
-    EXPECT_EQ(boxes(67.0), 0);
-    EXPECT_EQ(boxes(67.01), 1);
-    EXPECT_EQ(boxes(68.0), 1);
-    EXPECT_EQ(boxes(68.01), 2);
-}
-
-TEST_F(Scroller, OnlyTheMeantCallsAreRejected) {
-    using Rejected = std::vector<std::string>;
-    start(1, 74.0);
-    for (double time : {74.5, 79.0, 88.5, 150.0}) {
-        EXPECT_EQ(rejected_calls_of([time] { render_at(kScroller, time); }),
-                  (Rejected{"glEnd", "glDisable", "glEnable"}))
-            << time;
-    }
-    for (double time : {98.0, 103.0, 110.0, 118.0, 124.0, 135.0, 143.0}) {
-        EXPECT_EQ(rejected_calls_of([time] { render_at(kScroller, time); }), Rejected{"glEnd"}) << time;
-    }
-    EXPECT_EQ(recording::modelview_depth(), 1);
-    EXPECT_EQ(recording::projection_depth(), 1);
-}
-
-TEST_F(Scroller, DirectModeLeavesTheWholeWindowAsViewport) {
-    start(1, 74.0);
-    EXPECT_EQ(recording::only(frame_at(40.0), "glViewport"),
-              recording::calls_of([] { glViewport(0, 0, 1024, 768); }));
-}
-
 TEST_F(Scroller, ABackToFrontClockIsDrawnToo) {
-    start(1, 74.0);
+    start_pass(1, 74.0);
     EXPECT_TRUE(frame_is_right(73.0)); // one second before its start, after a seek
 }

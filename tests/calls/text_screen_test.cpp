@@ -2,17 +2,14 @@
 
 #include "show/image/filters.h"
 #include "show/image/image.h"
-#include "show/image/progress.h"
-#include "show/image/random.h"
 #include "show/image/upload.h"
 #include "show/stage/language.h"
-#include "show/stage/loading_screen.h"
 #include "show/stage/overlay.h"
 #include "show/stage/render_state.h"
 #include "show/stage/show_time.h"
 #include "show/text/text.h"
 #include "tests/calls/expected_layers.h"
-#include "tests/calls/scene_run.h"
+#include "tests/calls/scene_test.h"
 
 namespace {
 
@@ -73,86 +70,29 @@ void draw_frame(unsigned panel) {
     expected::letterbox_bars();
 }
 
+class TextScreen : public SceneTest {
+protected:
+    TextScreen() : SceneTest(kTextScreen) {}
+    void draw_expected(double) override { draw_frame(names_.panel); }
+};
+
 } // namespace
 
 TEST(TextScreenPanel, IsGermanUnlessEnglishWasChosen) {
     ASSERT_TRUE(has_font("./Vera.ttf"));
-    g_english = 0;
-    EXPECT_TRUE(same_calls(g_scenes[kTextScreen].prepare, [] { make_panel(kGerman); }));
-}
-
-TEST(TextScreenPanel, IsEnglishWhenEnglishWasChosen) {
+    EXPECT_TRUE(prepares(kTextScreen, [] { make_panel(kGerman); }));
     g_english = 1;
-    EXPECT_TRUE(same_calls(g_scenes[kTextScreen].prepare, [] { make_panel(kEnglish); }));
-}
-
-TEST(TextScreenPanel, DiffersByLanguage) {
-    g_english = 0;
-    g_scenes[kTextScreen].prepare();
-    g_english = 1;
-    g_scenes[kTextScreen].prepare();
-    EXPECT_NE(recording::uploads().at(0).pixels, recording::uploads().at(1).pixels);
-}
-
-TEST(TextScreenPanel, IsMadeInTheSameWayWhileEveryOperationRedrawsTheLoadingScreen) {
-    g_progress_hook = loading_step;
-    EXPECT_TRUE(same_calls(g_scenes[kTextScreen].prepare, [] { make_panel(kGerman); }));
-}
-
-TEST(TextScreenPanel, IsGreyWithAlphaAndClampsPlainlyAfterTheLoadingScreen) {
-    g_progress_hook = loading_step;
-    const recording::Log calls = recording::calls_of(g_scenes[kTextScreen].prepare);
-    ASSERT_EQ(recording::uploads().size(), 1u);
-    EXPECT_EQ(recording::uploads()[0].width, 512);
-    EXPECT_EQ(recording::uploads()[0].height, 512);
-    EXPECT_EQ(recording::uploads()[0].format, static_cast<unsigned>(GL_LUMINANCE_ALPHA));
-    EXPECT_EQ(wrap_modes(calls), std::vector<unsigned>{GL_CLAMP});
+    EXPECT_TRUE(prepares(kTextScreen, [] { make_panel(kEnglish); }));
 }
 
 TEST(TextScreenPanel, WithoutTheFontIsTransparent) {
-    TemporaryDirectory empty({});
+    WorkingFolder empty({});
     g_scenes[kTextScreen].prepare();
     const std::vector<unsigned char> nothing(512 * 512 * 2, 0);
     EXPECT_EQ(recording::uploads().at(0).pixels, nothing);
 }
 
-TEST(TextScreen, StartSetsLightsProjectionAndFog) {
-    EXPECT_TRUE(same_calls([] { start_at(kTextScreen, 67.5); },
-                           [] {
-                               expected::light_and_projection();
-                               expected::fog(100.0f, 600.0f);
-                           }));
-}
-
-TEST(TextScreen, StopAndReleaseDoNothing) {
-    EXPECT_TRUE(recording::calls_of([] {
-                    g_scenes[kTextScreen].stop();
-                    g_scenes[kTextScreen].release();
-                }).empty());
-}
-
-TEST(TextScreen, IsAStillPicture) {
-    const Names names = prepare({kTextScreen});
-    start_at(kTextScreen, 67.5);
-    for (double time : {67.5, 70.0, 73.99, 0.0}) {
-        g_demo_time = time;
-        g_scene_time = time - 67.5;
-        EXPECT_TRUE(same_calls(g_scenes[kTextScreen].render, [&names] { draw_frame(names.panel); })) << time;
-    }
-}
-
-TEST(TextScreen, OnlyTheMeantCallsAreRejected) {
-    prepare({kTextScreen});
-    EXPECT_EQ(rejected_calls_of([] { render_at(kTextScreen, 70.0); }),
-              (std::vector<std::string>{"glDisable", "glEnable"}));
-    EXPECT_EQ(recording::modelview_depth(), 1);
-    EXPECT_EQ(recording::projection_depth(), 1);
-}
-
-TEST(TextScreen, DrawsNoNumbers) {
-    g_random = {11, 22, 33};
-    prepare({kTextScreen});
-    start_at(kTextScreen, 67.5);
-    render_at(kTextScreen, 70.0);
-    EXPECT_EQ(g_random.s1, 11u);
+TEST_F(TextScreen, IsAStillPicture) {
+    start(67.5);
+    expect_right_frames({67.5, 70.0, 73.99, 0.0});
 }

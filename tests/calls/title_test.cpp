@@ -4,7 +4,6 @@
 
 #include "show/image/filters.h"
 #include "show/image/image.h"
-#include "show/image/progress.h"
 #include "show/image/upload.h"
 #include "show/stage/loading_screen.h"
 #include "show/stage/overlay.h"
@@ -12,7 +11,7 @@
 #include "show/stage/show_time.h"
 #include "show/text/text.h"
 #include "tests/calls/expected_layers.h"
-#include "tests/calls/scene_run.h"
+#include "tests/calls/scene_test.h"
 
 namespace {
 
@@ -71,59 +70,16 @@ double alpha_at(double time) {
 
 } // namespace
 
-TEST(Title, PreparesItsLetteringAndStepsTheLoadingScreenOnce) {
+TEST(Title, PreparesItsLetteringAndStepsTheLoadingScreenOnceMore) {
     ASSERT_TRUE(has_font("./Vera.ttf"));
-    EXPECT_TRUE(same_calls(g_scenes[kTitle].prepare, make_title_texture));
-    ASSERT_EQ(recording::uploads().size(), 1u);
-    const recording::Upload& upload = recording::uploads()[0];
-    EXPECT_EQ(upload.width, 512);
-    EXPECT_EQ(upload.height, 512);
-    EXPECT_EQ(upload.format, static_cast<unsigned>(GL_LUMINANCE));
-}
-
-TEST(Title, PreparesInTheSameWayWhileEveryOperationRedrawsTheLoadingScreen) {
-    g_progress_hook = loading_step;
-    EXPECT_TRUE(same_calls(g_scenes[kTitle].prepare, make_title_texture));
-}
-
-TEST(Title, ThePendingErrorOfTheLoadingScreenMakesItsTextureClampPlainly) {
-    g_progress_hook = loading_step;
-    const recording::Log calls =
-        recording::only(recording::calls_of(g_scenes[kTitle].prepare), "glTexParameteri");
-    EXPECT_EQ(calls, recording::calls_of([] {
-                  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
-                  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-                  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
-                  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP);
-                  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP);
-              }));
-}
-
-TEST(Title, TheLetteringIsBlackOnWhite) {
-    prepare({kTitle});
-    const std::vector<unsigned char>& pixels = recording::uploads().at(0).pixels;
-    EXPECT_EQ(pixels.front(), 255);
-    // "sKAV of" stands on the baseline 210, 20 pixels high
-    int black = 0;
-    for (int y = 195; y < 210; ++y) {
-        for (int x = 0; x < 512; ++x) black += pixels[static_cast<size_t>(y * 512 + x)] == 0;
-    }
-    EXPECT_GT(black, 500);
+    EXPECT_TRUE(prepares(kTitle, make_title_texture));
 }
 
 TEST(Title, WithoutTheFontItsTextureIsPlainWhite) {
-    TemporaryDirectory empty({});
+    WorkingFolder empty({});
     prepare({kTitle});
     const std::vector<unsigned char> white(512 * 512, 255);
     EXPECT_EQ(recording::uploads().at(0).pixels, white);
-}
-
-TEST(Title, StartStopAndReleaseDoNothing) {
-    EXPECT_TRUE(recording::calls_of([] {
-                    g_scenes[kTitle].start();
-                    g_scenes[kTitle].stop();
-                    g_scenes[kTitle].release();
-                }).empty());
 }
 
 TEST(Title, StandsAtFullStrengthUntilSixSecondsAndThenFadesPastZero) {
@@ -161,20 +117,4 @@ TEST(Title, CountsFromTheSceneTimeThatItWasPreparedAt) {
     prepare({kTitle});
     EXPECT_EQ(alpha_at(7.5), 1.0);
     EXPECT_EQ(alpha_at(8.5), 0.5);
-}
-
-TEST(Title, PopsOnceTooOftenAndNothingElseIsRejected) {
-    prepare({kTitle});
-    EXPECT_EQ(rejected_calls_of([] { render_at(kTitle, 1.0); }),
-              (std::vector<std::string>{"glPopMatrix", "glPopMatrix"}));
-    EXPECT_EQ(recording::modelview_depth(), 1);
-    EXPECT_EQ(recording::projection_depth(), 1);
-}
-
-TEST(Title, BypassesTheRenderStateCacheAndSetsNoBlendFunction) {
-    prepare({kTitle});
-    set_render_state(kDepthTest | kBlend | kBlendAdd);
-    const recording::Log calls = recording::calls_of([] { render_at(kTitle, 7.0); });
-    EXPECT_EQ(g_render_state, kDepthTest | kBlend | kBlendAdd);
-    EXPECT_EQ(recording::count(calls, "glBlendFunc"), 0);
 }

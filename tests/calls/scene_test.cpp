@@ -1,12 +1,13 @@
-#include "tests/calls/scene_run.h"
+#include "tests/calls/scene_test.h"
 
 #include <GL/glu.h>
-#include <stdlib.h>
 
 #include <sstream>
-#include <system_error>
+#include <utility>
 
+#include "show/image/progress.h"
 #include "show/image/random.h"
+#include "show/stage/loading_screen.h"
 #include "show/stage/render_state.h"
 #include "show/stage/shapes.h"
 #include "show/stage/show_time.h"
@@ -106,16 +107,6 @@ bool has_font(const char* path) {
     return font != nullptr;
 }
 
-void start_at(SceneIndex scene, double time) {
-    g_demo_time = time;
-    g_scenes[scene].start();
-}
-
-void render_at(SceneIndex scene, double time) {
-    g_demo_time = time;
-    g_scenes[scene].render();
-}
-
 testing::AssertionResult same_log(const recording::Log& actual, const recording::Log& expected) {
     size_t at = 0;
     while (at < actual.size() && at < expected.size() && actual[at] == expected[at]) ++at;
@@ -159,15 +150,6 @@ testing::AssertionResult same_calls(const std::function<void()>& actual,
     return testing::AssertionSuccess();
 }
 
-std::vector<unsigned> wrap_modes(const recording::Log& calls) {
-    std::vector<unsigned> modes;
-    for (const recording::Call& call : recording::only(calls, "glTexParameteri")) {
-        if (std::get<double>(call.arguments[1]) != GL_TEXTURE_WRAP_T) continue;
-        modes.push_back(static_cast<unsigned>(std::get<double>(call.arguments[2])));
-    }
-    return modes;
-}
-
 std::vector<std::string> rejected_calls_of(const std::function<void()>& body) {
     const size_t before = recording::errors().size();
     recording::calls_of(body);
@@ -176,16 +158,53 @@ std::vector<std::string> rejected_calls_of(const std::function<void()>& body) {
     return names;
 }
 
-TemporaryDirectory::TemporaryDirectory(const std::vector<std::string>& files)
-    : before_(std::filesystem::current_path()) {
-    std::string pattern = std::filesystem::temp_directory_path() / "skav-test-XXXXXX";
-    if (!mkdtemp(pattern.data())) throw std::system_error(errno, std::generic_category(), pattern);
-    here_ = pattern;
-    for (const std::string& file : files) std::filesystem::copy(file, here_ / file);
-    std::filesystem::current_path(here_);
+testing::AssertionResult prepares(SceneIndex scene, const std::function<void()>& make_textures) {
+    g_progress_hook = loading_step;
+    const testing::AssertionResult same = same_calls(g_scenes[scene].prepare, make_textures);
+    g_progress_hook = nullptr;
+    return same;
 }
 
-TemporaryDirectory::~TemporaryDirectory() {
-    std::filesystem::current_path(before_);
-    std::filesystem::remove_all(here_);
+void leave_greetings_scrolled() {
+    g_demo_time = 10.0;
+    for (int pass = 1; pass <= 3; ++pass) g_scenes[kGreetings].start();
+    g_demo_time = 34.0;
+    g_scenes[kGreetings].render();
 }
+
+SceneTest::SceneTest(SceneIndex scene, std::vector<SceneIndex> owners) : scene_(scene) {
+    owners.push_back(scene);
+    names_ = prepare(owners);
+}
+
+void SceneTest::start(double time) {
+    g_demo_time = time;
+    g_scenes[scene_].start();
+    starts_.push_back(time);
+}
+
+void SceneTest::start_pass(int pass, double time) {
+    while (this->pass() < pass) start(time);
+}
+
+testing::AssertionResult SceneTest::frame_is_right(double time) {
+    g_demo_time = time;
+    return same_calls(g_scenes[scene_].render, [this, time] { draw_expected(time); });
+}
+
+void SceneTest::expect_right_frames(std::initializer_list<double> times) {
+    for (double time : times) EXPECT_TRUE(frame_is_right(time)) << "at " << time << " s";
+}
+
+recording::Log SceneTest::frame(double time) const {
+    g_demo_time = time;
+    return recording::calls_of(g_scenes[scene_].render);
+}
+
+WorkingFolder::WorkingFolder(const std::vector<std::string>& files)
+    : before_(std::filesystem::current_path()) {
+    for (const std::string& file : files) std::filesystem::copy(file, folder_ / file);
+    std::filesystem::current_path(folder_.path());
+}
+
+WorkingFolder::~WorkingFolder() { std::filesystem::current_path(before_); }
