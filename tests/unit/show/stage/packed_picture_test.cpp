@@ -138,6 +138,25 @@ TEST(DecodePacked, LumaHasALeftNeighbourInTheMiddleOfTheRow) {
     EXPECT_EQ(block_at(samples, 8, 1, 0), flat(100));
 }
 
+TEST(DecodePacked, WithAnOddNumberOfColumnsCrBeginsAtTheMiddleOneRoundedDown) {
+    std::string blocks;
+    for (int i = 0; i < 9 + 3; ++i) blocks += kFlat;
+    const std::vector<std::uint8_t> samples = decode(packed(3, 3, 20, blocks));
+    // Each block leaves (9 * value + 8) >> 4; the next is the mean of what its left and upper neighbours leave.
+    const int expected[4][3] = {
+        {128, 100, 92},  // leave 72, 56, 52
+        {72, 48, 39},    // leave 41, 27, 22
+        {41, 25, 18},    // luma ends
+        {128, 128, 100}, // Cb and Cr from 128 again: column 1 has no left neighbour
+    };
+    for (int row = 0; row < 4; ++row) {
+        for (int column = 0; column < 3; ++column) {
+            EXPECT_EQ(block_at(samples, 12, column, row), flat(expected[row][column]))
+                << column << ", " << row;
+        }
+    }
+}
+
 TEST(DecodePacked, TheDcIsARunningValueThatChromaInherits) {
     // +1, +2, -3, +5 and -1 at quantiser 16: one level per step, and the prediction of each first column
     const std::string blocks = "1 0 1 0000  1 0 010 0000  1 1 011 0000  1 0 00101 0000  0 0000  1 1 1 0000";
@@ -296,6 +315,33 @@ TEST(DecodePacked, RunsBelowTheFirstPositionAreDamage) {
     EXPECT_EQ(samples, std::vector<std::uint8_t>(24, 77)) << "samples from the damage on keep what they held";
 }
 
+TEST(DecodePacked, ARunOfMoreThanTheZerosLeftLeadsDownToTheDcAndBelowItToDamage) {
+    // Position 15, eight zeros below it, and a run of nine. Then no zeros are left, so that runs take no bits: six
+    // more levels stand at 5 to 0, the last in the place of the DC.
+    const auto block = [](const std::string& run) {
+        std::string text = "0  1111 1000  0 001 11 " + run;
+        for (int i = 0; i < 6; ++i) text += " 0 1 11";
+        return text;
+    };
+    std::array<int, 16> levels = {4, 4, 4, 4, 4, 4};
+    levels[15] = 4;
+    const std::array<double, 16> model = transform_model(levels, 2);
+    std::vector<int> expected;
+    for (const double value : model) expected.push_back(static_cast<int>(128 + std::trunc((value + 8) / 16)));
+    EXPECT_EQ(one_block(2, block("1001")), expected);
+
+    // With a run of ten the sixth level would stand below the DC; with one of fifteen, the first.
+    std::vector<std::uint8_t> samples(24);
+    for (const char* run : {"1010", "1110", "1111"}) {
+        const std::vector<std::uint8_t> data = packed(1, 1, 2, block(run) + std::string(64, '1'));
+        EXPECT_EQ(decode_packed_n(data.data(), data.size(), samples.data()), 0) << run;
+    }
+    // Position 9 with fifteen zeros, of which there is no room for: a run of none, then one of fifteen, to -8.
+    const std::vector<std::uint8_t> far =
+        packed(1, 1, 2, "0  1001 1111  0 1 0000  0 1 1111" + std::string(64, '1'));
+    EXPECT_EQ(decode_packed_n(far.data(), far.size(), samples.data()), 0);
+}
+
 TEST(YuvToRgb, UsesVideoRangeCoefficients) {
     const std::uint8_t samples[6] = {16, 235, 81, 0, 90, 240};
     std::uint8_t r[4], g[4], b[4];
@@ -380,6 +426,19 @@ TEST(LoadPackedPicture, GivesEachPlaneItsColour) {
         EXPECT_EQ(img->green[pixel], 130 * 257); // (33376 - 100 * 40 + 208 * 19 + 128) >> 8
         EXPECT_EQ(img->blue[pixel], 211 * 257);  // (33376 + 516 * 40 + 128) >> 8
     }
+}
+
+TEST(LoadPackedPicture, OfOddSizeSplitsItsColourRowsInTheMiddleOfABlock) {
+    std::string blocks;
+    for (int i = 0; i < 9 + 3; ++i) blocks += kFlat;
+    const ImagePtr img(load_packed_picture(packed(3, 3, 20, blocks).data()));
+    ASSERT_NE(img, nullptr);
+    ASSERT_EQ(img->width, 12);
+    const auto red = [&img](int x, int y) { return img->red[y * 12 + x] / 257; };
+    EXPECT_EQ(red(0, 0), 130); // luma 128, Cr 128, from the second half of block column 1
+    EXPECT_EQ(red(3, 0), 130);
+    EXPECT_EQ(red(4, 0), 53); // luma 100, Cr 100: (298 * 100 - 4768 - 409 * 28 + 128) >> 8
+    EXPECT_EQ(red(4, 8), 10); // luma 25, a row without colour: (298 * 25 - 4768 + 128) >> 8
 }
 
 TEST(LoadPackedPicture, RowsWithoutColourAreGrey) {
