@@ -1,4 +1,4 @@
-// X servers of a test's own, on display numbers that they find themselves, ended with the test.
+// X servers of a test's own, on display numbers that they choose themselves, ended with the test.
 #pragma once
 
 #include <memory>
@@ -20,7 +20,7 @@ public:
     // For $DISPLAY.
     const std::string& name() const { return name_; }
 
-    // Ends the server under the feet of its clients.
+    // Ends the server while its clients are connected.
     void end();
 
 private:

@@ -1,5 +1,6 @@
-// Linked around the sound calls of a whole `skav` (--wrap): every play and every position that the show reads goes into
-// the file that FRAME_LOG names, with the time of the system's steady clock before and after the call. A line is
+// Linked around the sound calls of a whole `skav` (--wrap): every play and every position that the show reads
+// goes into the file that FRAME_LOG names, with the time of the system's steady clock before and after the call.
+// A line is
 //
 //     play SECONDS SECONDS
 //     frame SECONDS SECONDS MILLISECONDS

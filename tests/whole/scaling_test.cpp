@@ -33,7 +33,8 @@ TEST_P(Scaling, ShowsTheWholeShowInTheSamePlace) {
     command.environment["TEST_CLOCK_STARTED"] = started;
     Process show(command);
 
-    // At the peak of the flash at 40 s the letterbox, 614 lines above line 76, is white; less a margin for the filter.
+    // At the peak of the flash at 40 s the letterbox, 614 lines above line 76, is white; less a margin for
+    // the filter.
     const Place place = GetParam().place;
     const auto is_white_in_letterbox_only = [&] {
         const Pixels picture = screen.picture();

@@ -92,7 +92,7 @@ TEST(ScreenSaver, OfTheSessionIsAskedToStayAway) {
     EXPECT_TRUE(eventually([&] { return count_lines(show.output()) == 2; }));
 }
 
-// A socket that accepts connections, by its backlog, and never says a word.
+// A socket that accepts connections, by its backlog, and never answers.
 class SilentSocket {
 public:
     SilentSocket() : descriptor_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {

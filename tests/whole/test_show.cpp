@@ -56,8 +56,7 @@ void fill_viewport(double left, double right) {
     glRectd(left, -1, right, 1);
 }
 
-// Draws into the lower left corner, as the scenes that feed their picture back do, and reads it into a
-// texture.
+// Draws into the lower left corner, as the scenes that feed their picture back do, and reads it into a texture.
 void read_back_corner(GLuint texture) {
     glViewport(0, 0, 512, 512);
     glClearColor(1, 0, 0, 0);

@@ -45,8 +45,8 @@ public:
     // Size of a monitor's mode, as "1024x768"; empty while it is off.
     std::string mode(int monitor = 0) const;
 
-    // Does what a user's settings program does: brings a monitor into the mode of that size, written as above, with the
-    // upper left corner at (x, 0), or switches it off.
+    // Does what a user's settings program does: brings a monitor into the mode of that size, written as above, with
+    // the upper left corner at (x, 0), or switches it off.
     void set_mode(const std::string& size, int monitor = 0, int x = 0) const;
     void switch_off(int monitor = 0) const;
 

@@ -1,6 +1,6 @@
-// The framebuffer that the show draws into instead of a window: colour without alpha, 24 bits of depth, no stencil, as
-// the show asks GLUT for. Below it stands a pyramid of further framebuffers, each half the size of the one before, so
-// that a picture drawn at a multiple of its size can be averaged down to it.
+// The framebuffer that the show draws into instead of a window: colour without alpha, 24 bits of depth, no stencil,
+// as the show asks GLUT for. Below it stands a pyramid of further framebuffers, each half the size of the one
+// before, so that a picture drawn at a multiple of its size can be averaged down to it.
 //
 //     common::GlSurface surface({2 * 1024, 2 * 768}, {1024, 768});
 //     surface.bind();                                        // the show draws 2048x1536 pixels

@@ -11,8 +11,8 @@ struct Options {
 
 // Reads the command line and returns what remains of it: the program's name and what GLUT itself understands, in
 // order. `--help` prints the usage and ends the process with status 0; anything unknown gets one line on standard
-// error and status 2. `-display NAME` also becomes $DISPLAY, so that every connection of the process goes to the same
-// server.
+// error and status 2. `-display NAME` also becomes $DISPLAY, so that every connection of the process goes to the
+// same server.
 std::vector<char*> read_options(int argc, char** argv);
 
 // What has been read.

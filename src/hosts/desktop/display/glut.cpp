@@ -1,6 +1,6 @@
-// The desktop host between the show and freeglut. The show calls GLUT by its own names and checks nothing; the linker's
-// --wrap (see CMakeLists.txt) leads the calls below here first, under the names __wrap_<call>, and freeglut's own stay
-// reachable as __real_<call>. Everything else of GLUT goes straight to freeglut.
+// The desktop host between the show and freeglut. The show calls GLUT by its own names and checks nothing; the
+// linker's --wrap (see CMakeLists.txt) leads the calls below here first, under the names __wrap_<call>, and
+// freeglut's own stay reachable as __real_<call>. Everything else of GLUT goes straight to freeglut.
 //
 // - glutInit: connects to the X server or says why that cannot be done; from then on signals end the show in order.
 // - glutEnterGameMode: enters the mode, or opens a window and the surface that stands for the screen.
@@ -67,8 +67,10 @@ void (*g_on_idle)() = nullptr;
 void (*g_on_reshape)(int width, int height) = nullptr;
 bool g_size_told = false;
 
-bool g_hidden = false;         // nobody can see the window
-bool g_covers_monitor = false; // and is scaled to it
+bool g_hidden = false; // nobody can see the window
+bool g_window_destroyed = false;
+bool g_monitors_changed =
+    false; // since the window was last placed; watched only for a window that covers one
 
 // A callback that swaps again and again is busy with something long and only keeps the screen alive: it must not wait
 // for the refresh every time, so most of its pictures are left out. The last one never is.
@@ -85,17 +87,30 @@ void fail_for_glut(const char* format, va_list arguments) {
 
 void ignore_warning(const char*, va_list) {}
 
+// Reads what the server has reported on the host's own connection.
+void read_reports() {
+    if (has_x_error()) XSync(g_display, False); // a destroyed window causes errors, also ahead of its report
+    while (XPending(g_display) > 0) {
+        XEvent event;
+        XNextEvent(g_display, &event);
+        if (event.type == DestroyNotify) g_window_destroyed = true;
+        if (is_monitor_change(event)) g_monitors_changed = true;
+    }
+}
+
 // Ends the process if somebody has asked for that, or an X error demands it.
 void end_if_asked() {
     if (const int number = common::noted_signal()) std::exit(128 + number);
-    if (take_close_request() || window_is_destroyed(g_display)) std::exit(0);
+    read_reports();
+    if (g_window_destroyed || take_close_request()) std::exit(0);
     end_on_x_error();
 }
 
 // Keeps the window on the main monitor when somebody changes its mode.
 void follow_monitors() {
-    if (g_covers_monitor && monitors_have_changed(g_display))
-        cover_without_window_manager(main_monitor(g_display));
+    if (!g_monitors_changed) return;
+    g_monitors_changed = false;
+    cover_without_window_manager(main_monitor(g_display));
 }
 
 // Whether a display list is being compiled, which would record the copy to the window instead of making it.
@@ -174,7 +189,6 @@ void open_full_screen_window() {
     glutInitWindowPosition(monitor.x, monitor.y);
     create_window({monitor.width, monitor.height});
     if (g_surface) {
-        g_covers_monitor = true;
         ask_for_full_screen();
         watch_monitors(g_display);
     } else {

@@ -11,6 +11,8 @@ namespace {
 using common::Box;
 using common::Extent;
 
+int g_randr_event = 0; // the number of RandR's first event, from watch_monitors on
+
 struct FreeReply {
     void operator()(XRRScreenResources* reply) const { XRRFreeScreenResources(reply); }
     void operator()(XRRCrtcInfo* reply) const { XRRFreeCrtcInfo(reply); }
@@ -185,22 +187,15 @@ void MonitorLayout::apply(Display* display) const {
 }
 
 void watch_monitors(Display* display) {
-    if (has_randr_1_3(display)) {
-        XRRSelectInput(display, DefaultRootWindow(display),
-                       RRScreenChangeNotifyMask | RRCrtcChangeNotifyMask);
-    }
+    if (!has_randr_1_3(display)) return;
+    int error_base = 0;
+    XRRQueryExtension(display, &g_randr_event, &error_base);
+    XRRSelectInput(display, DefaultRootWindow(display), RRScreenChangeNotifyMask | RRCrtcChangeNotifyMask);
 }
 
-bool monitors_have_changed(Display* display) {
-    int event_base = 0, error_base = 0;
-    if (!XRRQueryExtension(display, &event_base, &error_base)) return false;
-    bool changed = false;
-    XEvent event;
-    while (XCheckTypedEvent(display, event_base + RRScreenChangeNotify, &event) ||
-           XCheckTypedEvent(display, event_base + RRNotify, &event)) {
-        changed = true;
-    }
-    return changed;
+bool is_monitor_change(const XEvent& event) {
+    return g_randr_event != 0 &&
+           (event.type == g_randr_event + RRScreenChangeNotify || event.type == g_randr_event + RRNotify);
 }
 
 } // namespace desktop

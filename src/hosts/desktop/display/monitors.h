@@ -27,8 +27,8 @@ public:
     // Place of the main monitor on the root window, y downwards from the top; without one, the root window.
     common::Box main_monitor() const;
 
-    // Puts this in force. Monitors that are as they should be are not touched. To be called under a ServerGrab, and an
-    // XErrorTrap: the server may refuse it, which current() then shows.
+    // Puts this in force. Monitors that are as they should be are not touched. To be called under a ServerGrab, and
+    // an XErrorTrap: the server may refuse it, which current() then shows.
     void apply(Display* display) const;
 
     bool operator==(const MonitorLayout& other) const;
@@ -56,10 +56,10 @@ private:
     std::vector<Crtc> crtcs_;
 };
 
-// Asks the server to report changes of any monitor from here on.
+// Asks the server to report every change of a monitor from here on, by events on that connection.
 void watch_monitors(Display* display);
 
-// Whether one has been reported since the last call.
-bool monitors_have_changed(Display* display);
+// Whether an event is such a report.
+bool is_monitor_change(const XEvent& event);
 
 } // namespace desktop

@@ -25,8 +25,8 @@ Change g_change;
 
 int g_keeper = -1; // this process's end of the connection; it stays open for as long as this process lives
 
-// Frees the mode keeper from the terminal and everything inherited: whoever waits for the end of the show's output must
-// not wait for the keeper. Returns the descriptor that stays, as number 3.
+// Frees the mode keeper from the terminal and everything inherited: whoever waits for the end of the show's output
+// must not wait for the keeper. Returns the descriptor that stays, as number 3.
 int detach(int kept_descriptor) {
     setsid();
     for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) std::signal(number, SIG_IGN);

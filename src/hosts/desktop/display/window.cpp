@@ -8,7 +8,6 @@
 #include <string>
 
 #include "hosts/common/gl_surface.h"
-#include "hosts/desktop/display/x_server.h"
 
 namespace desktop {
 namespace {
@@ -70,12 +69,6 @@ bool take_close_request() {
 }
 
 void watch_window(Display* display) { XSelectInput(display, CurrentWindow().id, StructureNotifyMask); }
-
-bool window_is_destroyed(Display* display) {
-    if (has_x_error()) XSync(display, False);
-    XEvent event;
-    return XCheckTypedEvent(display, DestroyNotify, &event);
-}
 
 void name_window_class(const char* name) {
     const CurrentWindow window;

@@ -1,5 +1,5 @@
-// The X side of GLUT's current window: what GLUT has no call for. All but the two functions that name a connection use
-// GLUT's own.
+// The X side of GLUT's current window: what GLUT has no call for. All but watch_window use GLUT's own
+// connection.
 #pragma once
 
 #include <X11/Xlib.h>
@@ -15,18 +15,15 @@ common::Extent window_size();
 // Whether the window manager has asked the window to close and GLUT has not read that yet. Takes the request.
 bool take_close_request();
 
-// Asks for a report on the host's own connection when another client destroys the window: GLUT ignores the one that it
-// gets itself.
+// Asks for a DestroyNotify on the host's own connection when another client destroys the window: GLUT ignores the one
+// that it gets itself.
 void watch_window(Display* display);
-
-// Whether that has happened. Waits for the server where an X error has been noted, which a destroyed window causes.
-bool window_is_destroyed(Display* display);
 
 // The name by which desktops match a window with the program's entry in their menus; GLUT sets none.
 void name_window_class(const char* name);
 
-// Keeps the window manager from drawing a frame around the window and asks it for full screen, on the monitor that the
-// window is on. Without a window manager the window stays where it is.
+// Keeps the window manager from drawing a frame around the window and asks it for full screen, on the monitor that
+// the window is on. Without a window manager the window stays where it is.
 void ask_for_full_screen();
 
 // Moves the window over that part of the root window (y downwards), if there is no window manager that would do so.

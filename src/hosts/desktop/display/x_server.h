@@ -6,13 +6,13 @@
 
 namespace desktop {
 
-// Opens the connection, or ends the process with status 1 and a line that says what is missing: a display, or OpenGL on
-// it. From then on X errors are noted, see below, and losing the server ends the process at once with status 1 and one
-// line.
+// Opens the connection, or ends the process with status 1 and a line that says what is missing: a display, or
+// OpenGL on it. From then on X errors are noted, see below, and losing the server ends the process at once with
+// status 1 and one line.
 Display* connect_to_x_server();
 
-// Ends the process with status 1 and one line that names the first X error noted outside an XErrorTrap, if there is
-// one.
+// Ends the process with status 1 and one line that names the first X error noted outside an XErrorTrap, if there
+// is one.
 void end_on_x_error();
 
 // Whether there is one.
@@ -34,8 +34,8 @@ private:
     XErrorHandler previous_;
 };
 
-// Keeps every other client waiting while it lives, for a change that depends on what has been read before it. Not
-// nested.
+// Keeps every other client waiting while it lives, for a change that depends on what has been read before it.
+// Not nested.
 class ServerGrab {
 public:
     explicit ServerGrab(Display* display) : display_(display) { XGrabServer(display_); }
