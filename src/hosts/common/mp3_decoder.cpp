@@ -22,7 +22,7 @@ constexpr std::int64_t kLongestFrame = 1729; // bytes
 
 // Opens `path` for reading if it is a file with something in it, else returns -1 and the reason.
 int open_file(const char* path, Mp3Error& error) {
-    int descriptor = ::open(path, O_RDONLY | O_CLOEXEC);
+    int descriptor = ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK); // a pipe must not be waited for
     if (descriptor < 0) {
         error = errno == ENOENT || errno == ENOTDIR ? Mp3Error::not_found : Mp3Error::unreadable;
         return -1;
@@ -160,6 +160,24 @@ bool Mp3Decoder::seek(std::int64_t frame) {
     if (mpg123_seek(file_->handle, target, SEEK_SET) != target) return false;
     position_ = frame;
     return true;
+}
+
+std::optional<double> Mp3Decoder::find_damage(double end) {
+    mpg123_handle* handle = file_->handle;
+    if (mpg123_seek_frame(handle, 0, SEEK_SET) != 0) return 0;
+    std::int64_t expected = -1; // where the next frame should begin
+    double time = 0;
+    while (time < end) {
+        const int result = mpg123_framebyframe_next(handle);
+        if (result != MPG123_OK && result != MPG123_NEW_FORMAT) return {};
+        mpg123_frameinfo info{};
+        if (mpg123_info(handle, &info) != MPG123_OK || info.rate != rate_) return time;
+        const std::int64_t at = mpg123_framepos(handle);
+        if (expected >= 0 && at != expected) return time;
+        expected = at + info.framesize;
+        time += static_cast<double>(mpg123_spf(handle)) / rate_;
+    }
+    return {};
 }
 
 } // namespace common

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace common {
 
@@ -37,6 +38,10 @@ public:
 
     // Makes `frame` (0..length()) the next one read. Returns false if the file cannot be read there.
     bool seek(std::int64_t frame);
+
+    // Reads the frame headers up to `end` seconds. Returns the time of the first place where one frame does not follow
+    // directly on another or the rate changes; none if the file is whole so far. Seek before reading on.
+    std::optional<double> find_damage(double end);
 
 private:
     struct File;

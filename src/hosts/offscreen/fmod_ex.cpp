@@ -2,7 +2,7 @@
 // opened ends the export: without it the show would stand still for ever.
 #include <string>
 
-#include "hosts/common/mp3_stream.h"
+#include "hosts/common/music.h"
 #include "hosts/common/sound_calls.h"
 #include "hosts/offscreen/frames/clock.h"
 #include "hosts/offscreen/run.h"
@@ -15,9 +15,10 @@ namespace {
 
 Clock* g_clock = nullptr;
 
-class Music : public common::Sound {
+// A piece of music: its name for the clock. The sound of the export is read from the file elsewhere.
+class Piece : public common::Sound {
 public:
-    Music(const std::string& file, unsigned length_ms) : Sound(length_ms), file_(file) {}
+    Piece(const std::string& file, unsigned length_ms) : Sound(length_ms), file_(file) {}
 
     const std::string& file() const { return file_; }
 
@@ -25,12 +26,10 @@ private:
     std::string file_;
 };
 
-std::unique_ptr<Music> open_music(const char* file) {
+std::unique_ptr<Piece> open_piece(const char* file) {
     common::Mp3Error error = common::Mp3Error::none;
-    const std::unique_ptr<common::Mp3Stream> stream = common::Mp3Stream::open(file, error);
-    if (stream)
-        return std::make_unique<Music>(file,
-                                       static_cast<unsigned>(stream->length() * 1000 / common::kSoundRate));
+    const std::unique_ptr<common::Music> music = common::Music::open(file, error);
+    if (music) return std::make_unique<Piece>(file, music->length_ms());
     switch (error) {
     case common::Mp3Error::not_found:
         throw Failure(std::string("the show's music ") + file + " is missing");
@@ -45,10 +44,10 @@ class FramePlayer : public common::Player {
 public:
     std::unique_ptr<common::Sound> open(const char* name, FMOD_RESULT&) override {
         std::unique_ptr<common::Sound> sound;
-        for_show([&] { sound = open_music(name); });
+        for_show([&] { sound = open_piece(name); });
         return sound;
     }
-    void play(common::Sound& sound) override { g_clock->play(static_cast<Music&>(sound).file()); }
+    void play(common::Sound& sound) override { g_clock->play(static_cast<Piece&>(sound).file()); }
     void stop() override { g_clock->stop(); }
     unsigned position_ms() override { return g_clock->position_ms(); }
 

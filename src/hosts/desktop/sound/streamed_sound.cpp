@@ -16,16 +16,15 @@ constexpr std::chrono::milliseconds kDecoderPause{20}; // a small part of what t
 } // namespace
 
 std::unique_ptr<StreamedSound> StreamedSound::open(const char* path, common::Mp3Error& error) {
-    std::unique_ptr<common::Mp3Stream> stream = common::Mp3Stream::open(path, error);
-    if (!stream) return nullptr;
-    std::unique_ptr<StreamedSound> sound(new StreamedSound(std::move(stream)));
+    std::unique_ptr<common::Music> music = common::Music::open(path, error);
+    if (!music) return nullptr;
+    std::unique_ptr<StreamedSound> sound(new StreamedSound(std::move(music)));
     sound->start_decoder();
     return sound;
 }
 
-StreamedSound::StreamedSound(std::unique_ptr<common::Mp3Stream> stream)
-    : Sound(static_cast<unsigned>(stream->length() * 1000 / common::kSoundRate)), stream_(std::move(stream)),
-      queue_(common::kSoundChannels * kQueueFrames) {}
+StreamedSound::StreamedSound(std::unique_ptr<common::Music> music)
+    : Sound(music->length_ms()), music_(std::move(music)), queue_(common::kSoundChannels * kQueueFrames) {}
 
 StreamedSound::~StreamedSound() { stop_decoder(); }
 
@@ -34,7 +33,8 @@ void StreamedSound::seek(std::int64_t frame) {
     queue_.reset();
     begin_ = frame;
     taken_from_.store(false, std::memory_order_relaxed);
-    all_decoded_ = !stream_->seek(frame);
+    music_->seek(frame);
+    all_decoded_ = false;
     start_decoder();
 }
 
@@ -45,7 +45,7 @@ std::size_t StreamedSound::take(float* out, std::size_t frames) {
 
 // Decodes the first half second on the calling thread and leaves the rest to the decoder thread.
 void StreamedSound::start_decoder() {
-    while (stream_->position() - begin_ < kDecodedAtOnce && decode_block()) {
+    while (music_->position() - begin_ < kDecodedAtOnce && decode_block()) {
     }
     stop_ = false;
     decoder_ = std::thread([this] { decode_ahead(); });
@@ -78,7 +78,7 @@ void StreamedSound::decode_ahead() {
 bool StreamedSound::decode_block() {
     if (all_decoded_) return false;
     std::array<float, 2 * kBlockFrames> block;
-    const std::size_t frames = stream_->read(block.data(), kBlockFrames);
+    const std::size_t frames = music_->read(block.data(), kBlockFrames);
     queue_.push(block.data(), common::kSoundChannels * frames);
     all_decoded_ = frames < kBlockFrames;
     return !all_decoded_;

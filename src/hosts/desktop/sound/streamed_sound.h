@@ -1,5 +1,5 @@
-// One music file on its way to the device: the stream, the thread that decodes it ahead of time, and the
-// queue between that thread and the one that plays.
+// One music file on its way to the device: the file, the thread that decodes it ahead of time, and the queue between
+// that thread and the one that plays.
 //
 // Opening decodes the first half second at once, so that the sound can start with the very next request of
 // the device; from then on the decoder keeps about one and a half seconds ahead.
@@ -17,7 +17,7 @@
 #include <mutex>
 #include <thread>
 
-#include "hosts/common/mp3_stream.h"
+#include "hosts/common/music.h"
 #include "hosts/common/sound_calls.h"
 
 namespace desktop {
@@ -30,7 +30,7 @@ public:
     // Stops the decoder; takes as long as one block of decoding at most.
     ~StreamedSound() override;
 
-    std::int64_t length() const { return stream_->length(); } // frames
+    std::int64_t length() const { return music_->length(); } // frames
 
     // The frame that was first in the queue after opening or the last seek.
     std::int64_t begin() const { return begin_; }
@@ -46,15 +46,15 @@ public:
     std::size_t take(float* out, std::size_t frames);
 
 private:
-    explicit StreamedSound(std::unique_ptr<common::Mp3Stream> stream);
+    explicit StreamedSound(std::unique_ptr<common::Music> music);
 
     void start_decoder();
     void stop_decoder();
     void decode_ahead();
     bool decode_block();
 
-    std::unique_ptr<common::Mp3Stream> stream_; // the decoder thread's while it runs
-    boost::lockfree::spsc_queue<float> queue_;  // decoded samples
+    std::unique_ptr<common::Music> music_;     // the decoder thread's while it runs
+    boost::lockfree::spsc_queue<float> queue_; // decoded samples
     std::int64_t begin_ = 0;
     std::atomic<bool> taken_from_{false};
     bool all_decoded_ = false; // the decoder thread's while it runs

@@ -11,7 +11,7 @@ extern "C" {
 #include <cmath>
 #include <filesystem>
 
-#include "hosts/common/mp3_stream.h"
+#include "hosts/common/music.h"
 #include "hosts/offscreen/failure.h"
 #include "hosts/offscreen/frames/running_order.h"
 #include "hosts/offscreen/output/output_file.h"
@@ -77,7 +77,7 @@ public:
 
     // The samples (left, right, left, ...) that are heard while the frame is on screen: from its first moment up to
     // the next frame's, counted from the start of the show, so that the sound of ranges joins to the sample. Silence
-    // where nothing plays, and after a file's end. Throws Failure when the music cannot be read.
+    // where nothing plays, and from where a file ends or breaks off. Throws Failure when a file cannot be opened.
     const std::vector<float>& samples_of(const PictureInfo& frame) {
         const std::int64_t begin = samples_before(frame.frame);
         const auto count = static_cast<std::size_t>(samples_before(frame.frame + 1) - begin);
@@ -86,20 +86,17 @@ public:
         if (frame.sound != piece_) open(frame.sound);
 
         const std::int64_t position = begin - samples_before(piece_->from_frame);
-        if (position >= stream_->length()) return samples_;
-        if (stream_->position() != position && !stream_->seek(position)) {
-            throw Failure("cannot read " + piece_->file + " at " +
-                          std::to_string(position / common::kSoundRate) + " s");
-        }
-        stream_->read(samples_.data(), count);
+        if (position >= music_->length()) return samples_;
+        if (music_->position() != position) music_->seek(position);
+        music_->read(samples_.data(), count);
         return samples_;
     }
 
 private:
     void open(const std::shared_ptr<const Played>& piece) {
         common::Mp3Error error = common::Mp3Error::none;
-        stream_ = common::Mp3Stream::open(piece->file.c_str(), error);
-        if (!stream_) throw Failure("cannot decode the music in " + piece->file);
+        music_ = common::Music::open(piece->file, error);
+        if (!music_) throw Failure("cannot decode the music in " + piece->file);
         piece_ = piece;
     }
 
@@ -109,7 +106,7 @@ private:
 
     FrameRate rate_;
     std::shared_ptr<const Played> piece_;
-    std::unique_ptr<common::Mp3Stream> stream_;
+    std::unique_ptr<common::Music> music_;
     std::vector<float> samples_;
 };
 
