@@ -16,6 +16,7 @@
 #include <thread>
 
 #include "tests/sound/urgent.h"
+#include "tests/support/process.h"
 
 namespace {
 
@@ -47,6 +48,10 @@ void hide_sound_devices(const TestFolder& folder) {
 
 PulseServer::PulseServer() {
     hide_sound_devices(folder_);
+    start();
+}
+
+void PulseServer::start() {
     const std::string socket_path = folder_ / "server";
     const std::string protocol =
         "module-native-protocol-unix socket=" + socket_path + " auth-anonymous=1 auth-cookie-enabled=0";
@@ -81,4 +86,20 @@ void PulseServer::kill() {
     process_ = -1;
 }
 
+void PulseServer::restart() {
+    kill();
+    start();
+}
+
 void PulseServer::freeze() { ::kill(process_, SIGSTOP); }
+void PulseServer::thaw() { ::kill(process_, SIGCONT); }
+
+void PulseServer::suspend(bool suspended) {
+    run_program({{"pactl", "suspend-sink", "nothing", suspended ? "1" : "0"}});
+}
+
+void PulseServer::remove_device() { run_program({{"pactl", "unload-module", "module-null-sink"}}); }
+void PulseServer::add_device() {
+    run_program(
+        {{"pactl", "load-module", "module-null-sink", "rate=44100", "channels=2", "sink_name=nothing"}});
+}

@@ -17,10 +17,23 @@ public:
     // Ends the server at once, as a crash would.
     void kill();
 
-    // Makes the server stop answering, as one that hangs.
+    // Starts it again.
+    void restart();
+
+    // Makes the server stop answering, as one that hangs, and answer again.
     void freeze();
+    void thaw();
+
+    // Suspends its device, or lets it play again.
+    void suspend(bool suspended);
+
+    // Takes its device away, or gives it one again.
+    void remove_device();
+    void add_device();
 
 private:
+    void start();
+
     TestFolder folder_;
     pid_t process_ = -1;
 };

@@ -1,15 +1,20 @@
-// The desktop's player: a device, the mixer that feeds it, and the position of what is heard.
+// The desktop's player: a mixer, the output that feeds it to the sound device, and the position of what is heard.
 //
 // Threads: the calls come from one thread, the controlling one. Behind it run
 //   - a decoder per sound, which fills that sound's queue (StreamedSound),
 //   - the device library's own thread, which empties it through Mixer::render and never waits,
-//   - one that watches the device and publishes its position (Output).
-// position_ms() never waits for any of them. The other calls wait at most for a block of decoding and a block
-// of rendering to end; play() and seek_ms() also decode the first half second of a sound that is not ready.
+//   - one that watches the device and publishes the position (Output),
+//   - one that opens and closes devices and may wait for a sound server for ever (CubebDevices).
+// No call waits for a sound server. position_ms() waits for nothing; the other calls wait at most for a block of decoding
+// and a block of rendering to end; play() and seek_ms() also decode the first half second of a sound that is not ready.
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <optional>
+#include <thread>
 
 #include "hosts/common/sound_calls.h"
+#include "hosts/desktop/sound/cubeb_devices.h"
 #include "hosts/desktop/sound/mixer.h"
 #include "hosts/desktop/sound/output.h"
 #include "hosts/desktop/sound/streamed_sound.h"
@@ -41,7 +46,11 @@ FMOD_RESULT to_result(common::Mp3Error error) {
 
 class DesktopPlayer : public common::Player {
 public:
-    DesktopPlayer() : output_(mixer_) {}
+    DesktopPlayer() : output_(mixer_, devices_, steady_seconds()), watcher_([this] { watch(); }) {}
+    ~DesktopPlayer() override {
+        over_.store(true);
+        watcher_.join();
+    }
 
     std::unique_ptr<common::Sound> open(const char* name, FMOD_RESULT& error) override;
     void play(common::Sound& sound) override;
@@ -51,14 +60,26 @@ public:
 
 private:
     void start();
+    void watch();
 
     Mixer mixer_;
+    CubebDevices devices_;
     Output output_;
     StreamedSound* sound_ = nullptr; // what was last played
     std::uint64_t play_ = 0;         // number of the last play
     double position_ = 0;            // last returned, in frames; never falls but by a play or a seek
     double started_ = 0;             // the device frame that was audible at the last start
+    std::atomic<bool> over_{false};
+    std::thread watcher_;
 };
+
+void DesktopPlayer::watch() {
+    constexpr std::chrono::milliseconds kPause{5};
+    while (!over_.load()) {
+        output_.step(steady_seconds());
+        std::this_thread::sleep_for(kPause);
+    }
+}
 
 std::unique_ptr<common::Sound> DesktopPlayer::open(const char* name, FMOD_RESULT& error) {
     common::Mp3Error why = common::Mp3Error::none;
@@ -84,21 +105,19 @@ FMOD_RESULT DesktopPlayer::seek_ms(unsigned position) {
 // Plays the sound from its begin().
 void DesktopPlayer::start() {
     position_ = static_cast<double>(sound_->begin());
-    started_ = output_.audible();
+    started_ = output_.audible(steady_seconds());
     mixer_.play(*sound_, ++play_);
 }
 
 // The position is that of the sound's start until its first frame is audible, and at the length once the last
 // one is. A gap in the sound delays it.
 unsigned DesktopPlayer::position_ms() {
-    const double device = output_.audible();
+    const double device = output_.audible(steady_seconds());
     const std::optional<Segment> segment = mixer_.segments().at(device);
     if (segment && segment->play == play_) {
-        const double since = segment->running ? device - segment->device : 0;
-        const double heard = segment->music + since;
-        // The silent device takes its frames a little late, so a sound may seem to begin before it was played.
-        const double since_start = device - started_;
-        position_ = std::max(position_, std::min(heard, static_cast<double>(sound_->begin()) + since_start));
+        // Frames that nobody hears are taken a little late, so a sound may seem to begin before it was played.
+        const double most = static_cast<double>(sound_->begin()) + device - started_;
+        position_ = std::max(position_, std::min(segment->music_at(device), most));
     }
     return static_cast<unsigned>(position_ * 1000 / common::kSoundRate);
 }

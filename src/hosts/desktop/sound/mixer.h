@@ -1,6 +1,6 @@
 // The one channel: what the device gets to play, and the record of it.
 //
-// Threads: play() and stop() belong to the controlling thread. render() belongs to whoever feeds the device;
+// Threads: play() and stop() belong to the controlling thread, skip() to the one that watches the device. render() belongs to whoever feeds the device;
 // it never locks, allocates, waits, reads files or decodes. handed_out() and segments() are for any other thread.
 #pragma once
 
@@ -25,6 +25,9 @@ struct Segment {
     double music;
     std::uint64_t play;
     bool running;
+
+    // The music frame at the device frame `at`.
+    double music_at(double at) const { return running ? music + at - device : music; }
 };
 
 // Which part of the music the device plays at which of its own frames.
@@ -63,6 +66,15 @@ public:
     // Silence. When this returns, render() no longer touches the sound that played.
     void stop();
 
+    // The number of what plays, 0 for nothing.
+    std::uint64_t play_number() const { return play_number_.load(std::memory_order_acquire); }
+
+    // Leaves out the next `frames` frames of the play number `play`, up to its end. Does nothing while it still skips.
+    void skip(std::uint64_t play, double frames);
+
+    // How many frames what plays has been delayed by a late decoder, less what has been skipped.
+    std::int64_t late() const { return late_.load(std::memory_order_acquire); }
+
     // Writes the next `frames` frames for the device to `out`: music as far as it is decoded, silence where
     // it is not or nothing plays. A call that overlaps another gets silence and counts for nothing.
     void render(float* out, std::size_t frames);
@@ -78,16 +90,22 @@ private:
         StreamedSound* sound;
         std::uint64_t number;
         std::int64_t begin;
+        std::int64_t end;
     };
 
     void replace(std::unique_ptr<Play> play);
     void change_to(const Play* play);
+    bool leave_out(const Play& play, float* scratch, std::size_t frames);
     void add_tail(float* out, std::size_t frames);
 
     std::unique_ptr<Play> owned_play_; // the controlling thread's
     std::atomic<Play*> play_{nullptr};
+    std::atomic<std::uint64_t> play_number_{0};
     std::atomic<bool> rendering_{false};
     std::atomic<std::uint64_t> handed_out_{0};
+    std::atomic<std::int64_t> late_{0};
+    std::atomic<std::uint64_t> skip_{
+        0}; // the play number, and in the lower half the frames still to be left out
     SegmentLog segments_;
 
     // Only render() touches these.

@@ -1,178 +1,179 @@
 #include "hosts/desktop/sound/output.h"
 
-#include <cubeb/cubeb.h>
-
 #include <algorithm>
 #include <array>
-#include <chrono>
+#include <utility>
 
 namespace desktop {
 
 namespace {
 
-constexpr std::chrono::milliseconds kPause{5};
-constexpr double kLongestPause = 0.02;      // seconds that one pause of this program may count as
+constexpr double kRate = common::kSoundRate;
+constexpr double kWaiting = 2.0;            // seconds until it is silent without a device
+constexpr double kStopped = 1.0;            // seconds without a step: the process was stopped
+constexpr double kLongestPause = 0.02;      // seconds that one step may count against the device
 constexpr double kLostAfter = 0.8;          // seconds without a sign of life
-constexpr double kLostAtStartAfter = 5.0;   // the same, in its first second: some devices wake up slowly
-constexpr double kAskWithin = 0.03;         // seconds after the device's last request; see follow_device
-constexpr std::uint32_t kMinLatency = 1323; // frames: 30 ms, enough for a thread without priority
-constexpr std::uint64_t kSilentBlock = 512; // frames
+constexpr double kWarmFor = 5.0;            // seconds that a new device may take until it tells its position
+constexpr int kWarmMoves = 8;               // news of its position that it has to give
+constexpr double kAskWithin = 0.03;         // seconds after the device's last request; see watch_device
+constexpr double kLongestLine = 0.2;        // seconds that a position runs on without a step
+constexpr double kMostBehind = 0.5 * kRate; // frames
+constexpr double kCatchUp = 0.5;            // seconds in which silence makes up for being behind, to 1/e
+constexpr std::uint64_t kBlock = 512;       // frames
 
 } // namespace
 
-// The device's stream and what the library's threads leave behind for the watching one.
-struct Output::Device {
-    explicit Device(Mixer& fed_by) : mixer(fed_by) {}
-    Device(const Device&) = delete;
-    Device& operator=(const Device&) = delete;
-    ~Device() {
-        lost.store(true);
-        if (stream) {
-            cubeb_stream_stop(stream);
-            cubeb_stream_destroy(stream);
-        }
-        if (context) cubeb_destroy(context);
-    }
-
-    bool open();
-    bool start() { return cubeb_stream_start(stream) == CUBEB_OK; }
-    double position() const;
-
-    static long on_data(cubeb_stream*, void* user, const void*, void* out, long frames);
-    static void on_state(cubeb_stream*, void* user, cubeb_state state);
-
-    Mixer& mixer;
-    cubeb* context = nullptr;
-    cubeb_stream* stream = nullptr;
-    std::atomic<bool> failed{false}; // the device said so
-    std::atomic<bool> lost{false};   // given up: whatever it still asks for is silence
-};
-
-bool Output::Device::open() {
-    if (cubeb_init(&context, "skav", nullptr) != CUBEB_OK) return false;
-    cubeb_stream_params params{};
-    params.format = CUBEB_SAMPLE_FLOAT32NE;
-    params.rate = kRate;
-    params.channels = 2;
-    params.layout = CUBEB_LAYOUT_STEREO;
-    params.prefs = CUBEB_STREAM_PREF_NONE;
-    std::uint32_t latency = 0;
-    if (cubeb_get_min_latency(context, &params, &latency) != CUBEB_OK) latency = kMinLatency;
-    latency = std::max(latency, kMinLatency);
-    return cubeb_stream_init(context, &stream, "music", nullptr, nullptr, nullptr, &params, latency, on_data,
-                             on_state, this) == CUBEB_OK;
-}
-
-// The frame that is audible, as the device says; 0 while it does not know.
-double Output::Device::position() const {
-    std::uint64_t frames = 0;
-    if (cubeb_stream_get_position(stream, &frames) != CUBEB_OK) return 0;
-    return static_cast<double>(frames);
-}
-
-long Output::Device::on_data(cubeb_stream*, void* user, const void*, void* out, long frames) {
-    auto* device = static_cast<Device*>(user);
-    auto* samples = static_cast<float*>(out);
-    if (device->lost.load(std::memory_order_acquire))
-        std::fill_n(samples, 2 * frames, 0.0f);
-    else
-        device->mixer.render(samples, static_cast<std::size_t>(frames));
-    return frames;
-}
-
-void Output::Device::on_state(cubeb_stream*, void* user, cubeb_state state) {
-    auto* device = static_cast<Device*>(user);
-    if (state == CUBEB_STATE_ERROR) device->failed.store(true, std::memory_order_release);
-}
-
-Output::Output(Mixer& mixer) : mixer_(mixer), position_{{steady_seconds(), 0, 0}, false} {
-    device_ = std::make_unique<Device>(mixer);
-    if (!device_->open() || !device_->start()) device_.reset();
-    if (!device_) publish({steady_seconds(), 0, kRate}, true);
-    thread_ = std::thread([this] { run(); });
-}
+Output::Output(Mixer& mixer, Devices& devices, double now)
+    : mixer_(mixer), devices_(devices), begun_(now), last_step_(now), line_{now, 0, 0} {}
 
 Output::~Output() {
-    {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        stop_ = true;
-    }
-    wake_.notify_one();
-    thread_.join();
+    if (!watch_.device) return;
+    watch_.device->disconnect();
+    devices_.give_back(std::move(watch_.device));
 }
 
-void Output::publish(const Line& line, bool silent) {
+double Output::audible(double now) const {
     const std::lock_guard<std::mutex> lock(mutex_);
-    position_ = {line, silent};
+    const double frame = line_.at(std::min(now, line_.time + kLongestLine));
+    if (!limited_) return frame;
+    // A device that stalls is noticed a little later than it does.
+    return std::min(frame, std::max(line_.position, static_cast<double>(mixer_.handed_out())));
 }
 
-double Output::audible() const {
-    std::unique_lock<std::mutex> lock(mutex_);
-    const Position position = position_;
-    lock.unlock();
-    const double frame = position.line.at(steady_seconds());
-    if (position.silent) return frame;
-    // A device that stalls is noticed a little later than it does: nothing is heard before it is handed out.
-    return std::min(frame, static_cast<double>(mixer_.handed_out()));
+void Output::publish(const Line& line, bool limited) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    line_ = line;
+    limited_ = limited;
 }
 
-// Waits a little; false when the owner wants the thread to end.
-bool Output::pause() {
-    std::unique_lock<std::mutex> lock(mutex_);
-    return !wake_.wait_for(lock, kPause, [this] { return stop_; });
+void Output::step(double now) {
+    const bool stopped = now - last_step_ > kStopped;
+    const double passed = stopped ? 0 : now - last_step_;
+    last_step_ = now;
+    due_ += kRate * passed;
+
+    if (watch_.device) {
+        watch_device(now, passed);
+        if (stopped || is_lost(now)) lose_device(now);
+    } else {
+        take_device(now);
+    }
+    if (state_ == State::playing)
+        run_with_device(now);
+    else if (!watch_.device || !connect(now))
+        run_without(now);
 }
 
-void Output::run() {
-    if (device_) follow_device();
-    play_silently();
+void Output::take_device(double now) {
+    std::unique_ptr<Device> device = devices_.take();
+    if (!device) return;
+    watch_ = Watch{};
+    watch_.device = std::move(device);
+    watch_.since = now;
 }
 
-// Measures the device's position until the device is lost, or the owner wants an end.
-void Output::follow_device() {
-    PositionClock clock(kRate);
-    double last_look = steady_seconds();
-    double last_position = 0;
-    double without_position = 0; // seconds that the position has stood still
-    double without_request = 0;  // seconds that the device has asked for nothing
-    std::uint64_t last_handed_out = 0;
-    while (pause()) {
-        // A program that was stopped for a while must not take its own absence for the device's.
-        const double passed = std::min(steady_seconds() - last_look, kLongestPause);
-        const std::uint64_t handed_out = mixer_.handed_out();
-        without_request = handed_out > last_handed_out ? 0 : without_request + passed;
-        last_handed_out = handed_out;
-        clock.limit(steady_seconds(), static_cast<double>(handed_out));
+// Measures the device's position, and for how long it has given no sign of life.
+void Output::watch_device(double now, double passed) {
+    Watch& w = watch_;
+    const double pause = std::min(passed, kLongestPause); // the program's own absence is not the device's
+    const std::uint64_t asked_for = w.device->asked_for();
+    w.asks = asked_for > w.last_asked;
+    w.last_asked = asked_for;
+    w.without_request = w.asks ? 0 : w.without_request + pause;
+    w.without_position += pause;
+    w.clock.limit(now, static_cast<double>(asked_for));
 
-        // The library guesses the position between two words from a sound server. When the device stalls its
-        // guess runs on, and later stands until the device has caught up: so it is left alone then.
-        without_position += passed;
-        if (without_request < kAskWithin) {
-            const double position = device_->position();
-            clock.measure(steady_seconds(), position);
-            if (position > last_position) without_position = 0;
-            last_position = std::max(position, last_position);
-        }
-        const double now = steady_seconds();
-        last_look = now;
-        publish(clock.line(), false);
-        const double patience = handed_out > kRate ? kLostAfter : kLostAtStartAfter;
-        const bool silent = without_position > patience || without_request > patience;
-        if (!silent && !device_->failed.load(std::memory_order_acquire)) continue;
+    // The library estimates the position between two reports of a sound server. When the device stalls, its estimate
+    // runs on, and later stands until the device has caught up. So it is not asked then.
+    if (w.without_request >= kAskWithin) return;
+    const double position = w.device->position();
+    w.clock.measure(now, position);
+    if (position <= w.last_position) return;
+    w.last_position = position;
+    w.without_position = 0;
+    ++w.moves;
+}
 
-        device_->lost.store(true, std::memory_order_release);
-        publish({now, audible(), kRate}, true);
+bool Output::is_lost(double now) const {
+    const Watch& w = watch_;
+    if (w.device->failed()) return true;
+    if (w.connected) return w.without_position > kLostAfter || w.without_request > kLostAfter;
+    return now - w.since > kWarmFor;
+}
+
+void Output::lose_device(double now) {
+    const double here = audible(now);
+    watch_.device->disconnect();
+    devices_.give_back(std::move(watch_.device));
+    if (state_ != State::playing) return;
+    state_ = State::silent;
+    publish({now, here, 0}, false);
+}
+
+// Connects a device that tells its position, so that what it plays is in time. True while that is under way.
+bool Output::connect(double now) {
+    Watch& w = watch_;
+    if (w.connected) {
+        const std::optional<double> offset = w.device->offset();
+        if (!offset) return true;
+        const bool waited = state_ == State::waiting;
+        state_ = State::playing;
+        run_with_device(now);
+        if (waited) due_ = w.clock.line().at(now) + *offset;
+        return true;
+    }
+    if (w.moves < kWarmMoves) return false;
+    if (state_ == State::silent) { // what the device holds is heard before what it gets now
+        const double held = static_cast<double>(w.device->asked_for()) - w.clock.line().at(now);
+        take_unheard(audible(now) + held);
+    }
+    w.device->connect(mixer_);
+    w.connected = true;
+    return true;
+}
+
+// The position without a device: it stands or runs with real time.
+void Output::run_without(double now) {
+    const double here = audible(now);
+    if (state_ == State::waiting && (devices_.failed() || now - begun_ > kWaiting)) state_ = State::silent;
+    if (state_ == State::waiting) {
+        due_ = here;
+        publish({now, here, 0}, false);
         return;
     }
+    const double late = std::max(0.0, behind(now));
+    if (late > kMostBehind && static_cast<double>(mixer_.late()) > kMostBehind) mixer_.skip(play_, late);
+    publish({now, here, kRate + late / kCatchUp}, false);
+    take_unheard(here);
 }
 
-// Takes from the mixer what would have become audible by now, until the owner wants an end.
-void Output::play_silently() {
-    std::array<float, 2 * kSilentBlock> unheard;
-    do {
-        const auto target = static_cast<std::uint64_t>(audible());
-        while (mixer_.handed_out() < target)
-            mixer_.render(unheard.data(), std::min(target - mixer_.handed_out(), kSilentBlock));
-    } while (pause());
+// The position with one: what the device says, but never less than before.
+void Output::run_with_device(double now) {
+    const double here = audible(now);
+    Line line = watch_.clock.line();
+    line.position += *watch_.device->offset();
+    const double ahead = here - line.at(now);
+    if (ahead > 0) line = {now, here, ahead < 1 ? line.slope : 0};
+    publish(line, true);
+    const double late = behind(now);
+    // A device that does not ask may be about to be lost: without it, nothing has to be skipped.
+    if (late > kMostBehind && watch_.asks) mixer_.skip(play_, late);
+}
+
+// How many frames the music is behind real time.
+double Output::behind(double now) {
+    const std::uint64_t play = mixer_.play_number();
+    if (play != play_ || play == 0) due_ = audible(now);
+    play_ = play;
+    return due_ - audible(now) + static_cast<double>(mixer_.late());
+}
+
+// Takes what nobody hears from the mixer, up to the frame `until`.
+void Output::take_unheard(double until) {
+    std::array<float, 2 * kBlock> unheard;
+    const auto target = static_cast<std::uint64_t>(std::max(0.0, until));
+    while (mixer_.handed_out() < target)
+        mixer_.render(unheard.data(), std::min(target - mixer_.handed_out(), kBlock));
 }
 
 } // namespace desktop

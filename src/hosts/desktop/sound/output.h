@@ -1,23 +1,27 @@
-// The device: one stream that runs from beginning to end, fed by a mixer, and the position that is audible.
+// The position that is audible, whatever happens to the sound device: a device that comes, plays, is lost and comes back,
+// and the system's steady clock while there is none.
 //
-// Without sound hardware, or once the device is lost while playing (it reports an error, or asks for nothing
-// or plays nothing for most of a second), a silent device takes its place: it takes frames from the mixer at
-// the pace of the system's steady clock and goes on from the position that was audible. A device that comes
-// back is not picked up again: the sound stays off until the program ends. The show is over in minutes, and a
-// half-working device that comes and goes would tear at its only clock.
+// The position counts the mixer's frames, at 44.1 kHz. It stands until there is a device or none is found, for two
+// seconds at most. From then on it runs: as the device plays, or, without one, with real time, while the frames that
+// nobody hears are taken from the mixer. It never falls.
 //
-// Threads: the constructor opens the device on the calling thread and may wait for a sound server. From then on
-// a thread of its own watches the device, and takes the frames in its place once it is lost. The device's library
-// calls back on a thread of the library's. audible() is for any thread.
+// A device is lost when it reports an error, or asks for nothing or plays nothing for most of a second. Another is looked
+// for from then on. A new one first plays silence until it tells its position, and is then connected in time: what is
+// heard goes on at the position that has been reached.
+//
+// Music that falls behind real time catches up: smoothly while nothing is heard; by skipping forward, once it is half a
+// second late, while it is. A process that is stopped for more than a second does not run, and neither does its time: it
+// goes on where it was, with a fresh device.
+//
+// Threads: one thread calls step(). audible() is for any thread. Neither waits for a sound server. Times are seconds of
+// one clock that never goes back; nothing here reads a clock.
 #pragma once
 
-#include <atomic>
-#include <condition_variable>
 #include <cstdint>
 #include <memory>
 #include <mutex>
-#include <thread>
 
+#include "hosts/desktop/sound/device.h"
 #include "hosts/desktop/sound/mixer.h"
 #include "hosts/desktop/sound/position_clock.h"
 
@@ -25,40 +29,63 @@ namespace desktop {
 
 class Output {
 public:
-    static constexpr int kRate = 44100; // frames per second
-
-    // Opens the default device and starts it, or the silent one. The mixer must outlive the output.
-    explicit Output(Mixer& mixer);
+    // The mixer and the devices must outlive the output.
+    Output(Mixer& mixer, Devices& devices, double now);
     ~Output();
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
-    // The device frame that is audible now. Never falls.
-    double audible() const;
+    // Looks after everything at the time `now`. To be called every few milliseconds.
+    void step(double now);
+
+    // The mixer's frame that is audible at the time `now`.
+    double audible(double now) const;
 
 private:
-    struct Device;
-
-    // What the watching thread last found out about the position.
-    struct Position {
-        Line line;
-        bool silent; // the silent device plays
+    enum class State {
+        waiting, // for a device, at the beginning; the position stands
+        silent,  // the position runs with real time
+        playing, // device_ is connected and determines the position
     };
 
-    void run();
-    void follow_device();
-    void play_silently();
-    void publish(const Line& line, bool silent);
-    bool pause();
+    // The device, and what is known of how it does.
+    struct Watch {
+        std::unique_ptr<Device> device; // null if there is none
+        PositionClock clock{common::kSoundRate};
+        bool connected = false;
+        double since = 0;             // when it was taken
+        double last_position = 0;     // furthest it told
+        int moves = 0;                // how often that was news
+        std::uint64_t last_asked = 0; // for
+        bool asks = false;            // it asked for frames since the last step
+        double without_request = 0;   // seconds that it has asked for nothing
+        double without_position = 0;  // seconds that its position has stood still
+    };
+
+    void take_device(double now);
+    void watch_device(double now, double passed);
+    bool is_lost(double now) const;
+    void lose_device(double now);
+    bool connect(double now);
+    void run_without(double now);
+    void run_with_device(double now);
+    double behind(double now);
+    void take_unheard(double until);
+    void publish(const Line& line, bool limited);
 
     Mixer& mixer_;
-    std::unique_ptr<Device> device_; // null if there is none
+    Devices& devices_;
+    State state_ = State::waiting;
+    Watch watch_;
+    double begun_;           // when the waiting began
+    double last_step_;       // time of it
+    double due_ = 0;         // the frame that would be audible had nothing ever been late
+    std::uint64_t play_ = 0; // the mixer's play that due_ belongs to
 
+    // What audible() reads, guarded by the mutex.
     mutable std::mutex mutex_;
-    Position position_; // guarded by mutex_
-    std::condition_variable wake_;
-    bool stop_ = false; // guarded by mutex_
-    std::thread thread_;
+    Line line_;
+    bool limited_ = false; // nothing is heard before it is handed out
 };
 
 } // namespace desktop

@@ -45,6 +45,9 @@ public:
     // of the music, or when the decoder is late. Wait-free.
     std::size_t take(float* out, std::size_t frames);
 
+    // How many frames take() would give now.
+    std::size_t decoded() const { return queue_.read_available() / common::kSoundChannels; }
+
 private:
     explicit StreamedSound(std::unique_ptr<common::Music> music);
 

@@ -1,0 +1,201 @@
+// Sound servers that hang, end and come back, and a player that is stopped: the position goes on, and the sound comes back
+// in time with it.
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstring>
+#include <sstream>
+#include <thread>
+
+#include "hosts/desktop/sound/position_clock.h"
+#include "tests/sound/listener.h"
+#include "tests/sound/pulse_recorder.h"
+#include "tests/sound/pulse_server.h"
+#include "tests/sound/test_music.h"
+#include "tests/support/files.h"
+#include "tests/support/mp3.h"
+#include "tests/support/process.h"
+
+namespace {
+
+// A new device is in time so many seconds after it has become available.
+constexpr double kBackWithin = 2;
+
+class Recovery : public ::testing::Test {
+protected:
+    void play(double seconds) {
+        write_mp3(path_, noise(seconds, 1));
+        system_ = start_system();
+        channel_ = play_sound(system_, open_sound(system_, path_));
+    }
+
+    // Polls, and expects that the position neither falls nor jumps between two polls. A poll that was itself late is
+    // not held against it.
+    void expect_smooth(double seconds) {
+        const std::vector<Poll> polls = poll_for(channel_, seconds);
+        for (std::size_t i = 1; i < polls.size(); ++i) {
+            const double step = static_cast<double>(polls[i].position) - polls[i - 1].position;
+            const double passed = (polls[i].after - polls[i - 1].before) * 1000;
+            ASSERT_GE(step, 0);
+            ASSERT_LT(step, 4 * passed + 30) << "at " << polls[i].position;
+        }
+    }
+
+    // Expects that from here on what is heard is where the position says.
+    void expect_heard_in_time(PulseRecorder& recorder) {
+        const std::vector<Poll> polls = poll_for(channel_, 1.5);
+        poll_for(channel_, 0.3, 0.01);
+        recorder.stop();
+        expect_polls_follow(recorder, read_mp3(path_), polls);
+    }
+
+    TestFolder folder_;
+    std::string path_ = folder_ / "a.mp3";
+    FMOD_SYSTEM* system_ = nullptr;
+    FMOD_CHANNEL* channel_ = nullptr;
+};
+
+// A socket that takes connections and never answers.
+class SilentServer {
+public:
+    explicit SilentServer(const std::string& path) {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        std::strncpy(address.sun_path, path.c_str(), sizeof(address.sun_path) - 1);
+        EXPECT_EQ(bind(descriptor_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+        EXPECT_EQ(listen(descriptor_, 5), 0);
+    }
+    ~SilentServer() { close(descriptor_); }
+
+private:
+    int descriptor_ = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+};
+
+TEST_F(Recovery, AServerThatNeverAnswersIsWaitedForTwoSecondsAndHoldsUpNoCall) {
+    write_mp3(path_, noise(8, 1));
+    hide_sound_devices(folder_);
+    const SilentServer server(folder_ / "server");
+    const double start = desktop::steady_seconds();
+    ASSERT_EQ(FMOD_System_Create(&system_), FMOD_OK);
+    ASSERT_EQ(FMOD_System_Init(system_, 1, FMOD_INIT_NORMAL, nullptr), FMOD_OK);
+    channel_ = play_sound(system_, open_sound(system_, path_));
+    const Poll first = poll(channel_);
+    EXPECT_EQ(first.position, 0u);
+    EXPECT_LT(first.after - start, 1);
+    const std::vector<Poll> polls = poll_for(channel_, 5);
+    for (const Poll& poll : polls) {
+        EXPECT_LE(poll.position, std::max(0.0, poll.after - start - 2) * 1000 + 5);
+        EXPECT_GE(poll.position + 60, (poll.before - start - 2) * 1000);
+    }
+}
+
+TEST_F(Recovery, AServerThatHangsAtTheStartIsTakenOverWhenItAnswers) {
+    PulseServer server;
+    PulseRecorder recorder;
+    server.freeze();
+    play(12);
+    expect_smooth(4);
+    server.thaw();
+    expect_smooth(kBackWithin);
+    expect_heard_in_time(recorder);
+}
+
+TEST_F(Recovery, AServerThatHangsWhilePlayingIsHeardAgain) {
+    PulseServer server;
+    PulseRecorder recorder;
+    play(14);
+    expect_smooth(2);
+    server.freeze();
+    expect_smooth(3);
+    server.thaw();
+    expect_smooth(kBackWithin);
+    expect_heard_in_time(recorder);
+}
+
+TEST_F(Recovery, AServerThatEndsAndIsStartedAgainIsHeardAgain) {
+    PulseServer server;
+    play(14);
+    expect_smooth(2);
+    server.kill();
+    expect_smooth(2);
+    server.restart();
+    PulseRecorder recorder; // takes most of the time that there is
+    expect_smooth(kBackWithin - 1.5);
+    expect_heard_in_time(recorder);
+}
+
+TEST_F(Recovery, ASuspendedDeviceIsHeardAgain) {
+    PulseServer server;
+    PulseRecorder recorder;
+    play(16);
+    expect_smooth(2);
+    server.suspend(true);
+    expect_smooth(5);
+    server.suspend(false);
+    expect_smooth(kBackWithin);
+    expect_heard_in_time(recorder);
+}
+
+TEST_F(Recovery, ADeviceThatIsRemovedAndAddedIsHeardAgain) {
+    PulseServer server;
+    play(16);
+    expect_smooth(2);
+    server.remove_device();
+    expect_smooth(2);
+    server.add_device();
+    PulseRecorder recorder;
+    expect_smooth(kBackWithin - 1.5);
+    expect_heard_in_time(recorder);
+}
+
+// A player of its own, which is stopped and continued.
+class Stopped : public Recovery, public ::testing::WithParamInterface<double> {
+protected:
+    // The polls of a player that has ended.
+    static std::vector<Poll> polls_of(const Process& player) {
+        std::vector<Poll> polls;
+        std::istringstream lines(player.output());
+        Poll poll{};
+        while (lines >> poll.before >> poll.after >> poll.position) polls.push_back(poll);
+        return polls;
+    }
+
+    static std::vector<Poll> between(const std::vector<Poll>& polls, double begin, double end) {
+        std::vector<Poll> part;
+        for (const Poll& poll : polls)
+            if (poll.before >= begin && poll.after < end) part.push_back(poll);
+        return part;
+    }
+};
+
+TEST_P(Stopped, PlayerGoesOnWhereItWasAndIsHeardAgain) {
+    write_mp3(path_, noise(20, 1));
+    PulseServer server;
+    PulseRecorder recorder;
+    Process player({{SOUND_PLAYER, path_, std::to_string(9 + GetParam())}});
+    std::this_thread::sleep_for(std::chrono::seconds(4));
+    player.send(SIGSTOP);
+    const double stopped = desktop::steady_seconds();
+    std::this_thread::sleep_for(std::chrono::duration<double>(GetParam()));
+    const double continued = desktop::steady_seconds();
+    player.send(SIGCONT);
+    ASSERT_EQ(player.wait(std::chrono::seconds(20)), 0);
+    recorder.stop();
+
+    const std::vector<Poll> polls = polls_of(player);
+    const std::vector<Poll> before = between(polls, 0, stopped);
+    const std::vector<Poll> after = between(polls, continued, 1e300);
+    ASSERT_GT(before.size(), 100u);
+    ASSERT_GT(after.size(), 100u);
+    for (std::size_t i = 1; i < polls.size(); ++i) ASSERT_GE(polls[i].position, polls[i - 1].position);
+    EXPECT_LT(after.front().position, before.back().position + 400) << "no jump";
+    const std::vector<Poll> back = between(polls, continued + kBackWithin, 1e300);
+    expect_polls_follow(recorder, read_mp3(path_), {back.begin(), back.end() - 100});
+}
+
+INSTANTIATE_TEST_SUITE_P(For, Stopped, ::testing::Values(0.4, 1.5, 4.0));
+
+} // namespace
