@@ -108,7 +108,7 @@ run_installs_what_is_missing_as_root)
 run_leaves_the_package_manager_alone_when_nothing_is_missing)
     call run --window </dev/null
     expect_status 7
-    expect_in out "played in data with: --window"
+    expect_in out "played in data with: --strict --window"
     expect_not_in log apt-get
     : >"$work/log"
     call run </dev/null
@@ -203,7 +203,7 @@ run_plays_without_a_display_when_told_to)
     without_package libavformat-dev
     call run --play </dev/null
     expect_status 7
-    expect_in out "played in data with:  and "
+    expect_in out "played in data with: --strict and "
     expect_in err "Xvfb :77"
     expect_not_in log apt-get
     ;;

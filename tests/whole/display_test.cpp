@@ -8,7 +8,7 @@
 
 Command test_show(const DisplayServer& server, const std::string& task,
                   const std::vector<std::string>& arguments) {
-    Command command{{TEST_SHOW_PROGRAM}, {{"DISPLAY", server.name()}, {"TEST_SHOW", task}}};
+    Command command{{TEST_SHOW_PROGRAM}, {{"DISPLAY", server.name()}, {"TEST_SHOW", task}}, DATA_DIRECTORY};
     command.arguments.insert(command.arguments.end(), arguments.begin(), arguments.end());
     return command;
 }

@@ -120,7 +120,7 @@ TEST(CommandLine, PrintsItsUsageBeforeAnyQuestion) {
 }
 
 TEST(Prompt, IsSeenBeforeItIsAnswered) {
-    Process show(Command{{SKAV_ON_CLOCK_PROGRAM}, {}, {}, true});
+    Process show(Command{{SKAV_ON_CLOCK_PROGRAM}, {}, DATA_DIRECTORY, true});
     EXPECT_TRUE(eventually([&] { return show.output() == "German or English Text [G/e]?: "; }));
     EXPECT_TRUE(show.running());
 }
@@ -147,34 +147,76 @@ TEST(CommandLine, NamesTheDisplay) {
 }
 
 // Starts the whole show where it cannot play, and expects one line that names what is missing.
-void expect_one_line(const Command& command, const std::string& missing) {
-    Process show(command);
+void expect_one_line(const std::map<std::string, std::optional<std::string>>& environment,
+                     const std::string& missing) {
+    Process show(Command{{SKAV_ON_CLOCK_PROGRAM}, environment, DATA_DIRECTORY});
     EXPECT_EQ(1, show.wait());
     EXPECT_EQ(1, count_lines(show.errors())) << show.errors();
     EXPECT_NE(std::string::npos, show.errors().find(missing)) << show.errors();
     EXPECT_EQ("German or English Text [G/e]?: German screen text...\n\n", show.output());
 }
 
+// A folder with those of the show's files.
+void put_files(const TestFolder& folder, const std::vector<std::string>& names) {
+    for (const std::string& name : names) {
+        std::filesystem::copy_file(std::filesystem::path(DATA_DIRECTORY) / name, folder / name);
+    }
+}
+
+// Without a display, since what is checked comes before it is touched.
+Command show_in(const TestFolder& folder, const std::vector<std::string>& options = {}) {
+    Command command{{SKAV_ON_CLOCK_PROGRAM}, {{"DISPLAY", std::nullopt}}, folder.path()};
+    command.arguments.insert(command.arguments.end(), options.begin(), options.end());
+    return command;
+}
+
+TEST(Files, ThatAreMissingAreNamedAndTheShowGoesOn) {
+    const TestFolder folder;
+    put_files(folder, {"zev.mp3", "Arial"});
+    Process show(show_in(folder));
+    EXPECT_EQ(1, show.wait());
+    EXPECT_EQ(3, count_lines(show.errors())) << "two files and the display:\n" << show.errors();
+    EXPECT_NE(std::string::npos, show.errors().find("skav-on-clock: zev_voc.mp3: ")) << show.errors();
+    EXPECT_NE(std::string::npos, show.errors().find("skav-on-clock: Vera.ttf: ")) << show.errors();
+    EXPECT_NE(std::string::npos, show.output().find("[G/e]")) << "the show has started";
+}
+
+TEST(Files, ThatAreMissingEndAStrictStartBeforeAnyQuestion) {
+    const TestFolder folder;
+    put_files(folder, {"zev.mp3", "Arial"});
+    Process show(show_in(folder, {"--strict"}));
+    EXPECT_EQ(1, show.wait());
+    EXPECT_EQ(2, count_lines(show.errors())) << show.errors();
+    EXPECT_EQ("", show.output());
+}
+
+TEST(Files, ThatTheShowDoesWithoutAreNamedOnly) {
+    const TestFolder folder;
+    put_files(folder, {"zev.mp3", "zev_voc.mp3", "Vera.ttf"});
+    Process show(show_in(folder, {"--strict"}));
+    EXPECT_EQ(1, show.wait()) << "without a display";
+    EXPECT_EQ(2, count_lines(show.errors())) << show.errors();
+    EXPECT_EQ(0u, show.errors().find("skav-on-clock: Arial: ")) << show.errors();
+    EXPECT_NE(std::string::npos, show.output().find("[G/e]")) << "the show has started";
+}
+
 TEST(WithoutDisplay, SaysThatDisplayIsNotSet) {
-    expect_one_line(
-        Command{{SKAV_ON_CLOCK_PROGRAM}, {{"DISPLAY", std::nullopt}, {"WAYLAND_DISPLAY", std::nullopt}}},
-        "no display: $DISPLAY is not set");
+    expect_one_line({{"DISPLAY", std::nullopt}, {"WAYLAND_DISPLAY", std::nullopt}},
+                    "no display: $DISPLAY is not set");
 }
 
 TEST(WithoutDisplay, SaysWhatToDoInAWaylandSession) {
-    expect_one_line(
-        Command{{SKAV_ON_CLOCK_PROGRAM}, {{"DISPLAY", std::nullopt}, {"WAYLAND_DISPLAY", "wayland-0"}}},
-        "xwayland");
+    expect_one_line({{"DISPLAY", std::nullopt}, {"WAYLAND_DISPLAY", "wayland-0"}}, "xwayland");
 }
 
 TEST(WithoutDisplay, SaysThatTheServerCannotBeReached) {
     const std::string nobodys = ":54321"; // servers count their numbers from 0
-    expect_one_line(Command{{SKAV_ON_CLOCK_PROGRAM}, {{"DISPLAY", nobodys}}}, "'" + nobodys + "'");
+    expect_one_line({{"DISPLAY", nobodys}}, "'" + nobodys + "'");
 }
 
 TEST(WithoutDisplay, SaysThatTheServerHasNoOpenGL) {
     const auto server = DisplayServer::virtual_screen(320, 240, {"-extension", "GLX"});
-    expect_one_line(Command{{SKAV_ON_CLOCK_PROGRAM}, {{"DISPLAY", server->name()}}}, "OpenGL");
+    expect_one_line({{"DISPLAY", server->name()}}, "OpenGL");
 }
 
 class LostServer : public testing::TestWithParam<std::string> {};

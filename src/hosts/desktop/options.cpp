@@ -31,9 +31,11 @@ const GlutOption* find_glut_option(const std::string& argument) {
 }
 
 [[noreturn]] void print_usage_and_exit() {
-    std::printf("Usage: %s [--window] [-display NAME]\n"
+    std::printf("Usage: %s [--window] [--strict] [-display NAME]\n"
                 "\n"
                 "  --window        play in a window that can be resized and closed\n"
+                "  --strict        do not start if a file that the show needs cannot be used; else\n"
+                "                  it plays as far as it can\n"
                 "  -display NAME   the X display to play on, instead of $DISPLAY\n"
                 "  -h, --help      print this text\n"
                 "\n"
@@ -56,6 +58,10 @@ std::vector<char*> read_options(int argc, char** argv) {
         if (argument == "--help" || argument == "-h") print_usage_and_exit();
         if (argument == "--window") {
             g_options.window = true;
+            continue;
+        }
+        if (argument == "--strict") {
+            g_options.strict = true;
             continue;
         }
         const GlutOption* glut_option = find_glut_option(argument);

@@ -7,6 +7,7 @@ namespace desktop {
 
 struct Options {
     bool window = false; // --window: no full screen
+    bool strict = false; // --strict: no show without its files
 };
 
 // Reads the command line and returns what remains of it: the program's name and what GLUT itself understands, in

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "hosts/common/signals.h"
-#include "tests/unit/hosts/child.h"
+#include "tests/unit/hosts/common/child.h"
 
 namespace {
 

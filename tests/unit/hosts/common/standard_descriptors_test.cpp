@@ -3,7 +3,7 @@
 #include <cerrno>
 
 #include "hosts/common/standard_descriptors.h"
-#include "tests/unit/hosts/child.h"
+#include "tests/unit/hosts/common/child.h"
 
 namespace {
 
