@@ -49,7 +49,7 @@ TEST(Level, BothFilesAreEquallyLoud) {
 
 TEST(Level, HasNoOffset) {
     for (const MusicFile& file : kMusicFiles) {
-        Recording recording = decode(file);
+        const Recording& recording = decode(file);
         for (const std::vector<double>& channel : {recording.left, recording.right}) {
             double sum = 0.0;
             for (double v : channel) sum += v;
@@ -60,7 +60,7 @@ TEST(Level, HasNoOffset) {
 
 TEST(Level, IsNeverSilentForHalfASecondBeforeItsTail) {
     for (const MusicFile& file : kMusicFiles) {
-        Recording recording = decode(file);
+        const Recording& recording = decode(file);
         for (double at = 0.0; at + 0.5 < recording.seconds() - file.tail; at += 0.05)
             EXPECT_GT(decibel(recording.power(at, at + 0.5)), -50.0) << file.name << " at " << at << " s";
     }
@@ -68,7 +68,7 @@ TEST(Level, IsNeverSilentForHalfASecondBeforeItsTail) {
 
 TEST(Level, EveryFileRingsOutBeforeItsEnd) {
     for (const MusicFile& file : kMusicFiles) {
-        Recording recording = decode(file);
+        const Recording& recording = decode(file);
         EXPECT_LT(decibel(recording.power(recording.seconds() - 0.1, recording.seconds())), -45.0)
             << file.name;
     }
@@ -76,7 +76,7 @@ TEST(Level, EveryFileRingsOutBeforeItsEnd) {
 
 // The show stops the first file at 74.0 s and starts the second at its position 0.
 TEST(Level, SwitchToTheVocalFileLeavesNoHoleAndNoBump) {
-    Recording before = decode(kInstrumental), after = decode(kVocal);
+    const Recording &before = decode(kInstrumental), &after = decode(kVocal);
     double last = decibel(before.power(73.7, 74.0)), first = decibel(after.power(0.0, 0.3));
     EXPECT_NEAR(last, first, 3.0);
     double mean = (last + first) / 2.0;

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
-#include "hosts/common/mp3_stream.h"
+#include "tests/support/mp3.h"
 
 namespace {
 
@@ -58,17 +59,15 @@ double Recording::power(double begin, double end) const {
     return first < last ? sum / (2.0 * static_cast<double>(last - first)) : 0.0;
 }
 
-Recording decode(const MusicFile& file) {
-    Recording recording;
-    common::Mp3Error error;
-    std::unique_ptr<common::Mp3Stream> stream = common::Mp3Stream::open(path_of(file).c_str(), error);
-    if (!stream) return recording;
-    std::vector<float> block(2 * 4096);
-    while (std::size_t frames = stream->read(block.data(), 4096)) {
-        for (std::size_t i = 0; i < frames; ++i) {
-            recording.left.push_back(static_cast<double>(block[2 * i]));
-            recording.right.push_back(static_cast<double>(block[2 * i + 1]));
-        }
+const Recording& decode(const MusicFile& file) {
+    static std::map<std::string, Recording> decoded;
+    const auto [entry, is_new] = decoded.try_emplace(file.name);
+    Recording& recording = entry->second;
+    if (!is_new) return recording;
+    const std::vector<float> samples = read_mp3(path_of(file));
+    for (std::size_t i = 0; i < samples.size(); i += 2) {
+        recording.left.push_back(static_cast<double>(samples[i]));
+        recording.right.push_back(static_cast<double>(samples[i + 1]));
     }
     return recording;
 }

@@ -32,8 +32,8 @@ struct Recording {
     double power(double begin, double end) const;
 };
 
-// Decodes a file; empty if it cannot be read.
-Recording decode(const MusicFile& file);
+// A decoded file. Each is decoded once.
+const Recording& decode(const MusicFile& file);
 
 // Half the sum and half the difference of the channels.
 std::vector<double> mid(const Recording& recording);

@@ -10,7 +10,7 @@ namespace {
 
 TEST(Spectrum, IsMonoBelow120Hz) {
     for (const MusicFile& file : kMusicFiles) {
-        Recording recording = decode(file);
+        const Recording& recording = decode(file);
         double middle = mean_power(low_pass(low_pass(mid(recording), 120.0), 120.0));
         double difference = mean_power(low_pass(low_pass(side(recording), 120.0), 120.0));
         EXPECT_LT(decibel(difference) - decibel(middle), -20.0) << file.name;
@@ -19,7 +19,7 @@ TEST(Spectrum, IsMonoBelow120Hz) {
 
 TEST(Spectrum, IsStereoAboveIt) {
     for (const MusicFile& file : kMusicFiles) {
-        Recording recording = decode(file);
+        const Recording& recording = decode(file);
         double middle = mean_power(high_pass(mid(recording), 300.0));
         double difference = mean_power(high_pass(side(recording), 300.0));
         EXPECT_GT(decibel(difference) - decibel(middle), -12.0) << file.name;
@@ -31,7 +31,7 @@ TEST(Spectrum, IsStereoAboveIt) {
 TEST(Spectrum, NoOctaveStandsOutOfAGentleTilt) {
     constexpr std::array<double, 10> kCentres{31.5, 63, 125, 250, 500, 1000, 2000, 4000, 8000, 16000};
     for (const MusicFile& file : kMusicFiles) {
-        Recording recording = decode(file);
+        const Recording& recording = decode(file);
         std::array<double, kCentres.size()> level{};
         double mean = 0.0, slope = 0.0, spread = 0.0;
         for (std::size_t i = 0; i < kCentres.size(); ++i) {
