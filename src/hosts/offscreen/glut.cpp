@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <string>
 
-#include "hosts/offscreen/prompt.h"
 #include "hosts/offscreen/run.h"
 
 using offscreen::Failure;
@@ -37,7 +36,7 @@ void display_once() {
 extern "C" {
 
 void FGAPIENTRY glutInit(int*, char**) {
-    for_show([] { offscreen::end_prompt(); });
+    for_show([] { the_run().begin(); });
 }
 
 void FGAPIENTRY glutInitDisplayMode(unsigned int) {} // the surface always has colour and depth

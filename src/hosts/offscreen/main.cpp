@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "hosts/common/standard_descriptors.h"
 #include "hosts/offscreen/failure.h"
 #include "hosts/offscreen/options.h"
 #include "hosts/offscreen/prompt.h"
@@ -36,6 +37,7 @@ void enter_data_folder(const std::string& given) {
 } // namespace
 
 int __wrap_main(int argc, char** argv) {
+    common::open_standard_descriptors();
     try {
         const Options options = parse_options(argc, argv);
         if (options.help) {
@@ -48,6 +50,9 @@ int __wrap_main(int argc, char** argv) {
     } catch (const Failure& failure) {
         std::fprintf(stderr, "skav-export: %s\n", failure.what());
         return failure.status();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "skav-export: %s\n", error.what());
+        return kStatusFailed;
     }
     return __real_main(argc, argv);
 }

@@ -38,6 +38,7 @@ How it looks:
       --language LANG en or de; without it the show asks on standard input
 
       --data FOLDER   where the music and the fonts are (default: here, else ./data)
+      --force         replace existing files without asking
   -q, --quiet         print nothing unless something fails
   -h, --help          this text
 
@@ -59,7 +60,8 @@ enum LongOption {
     kSupersample,
     kCrf,
     kLanguage,
-    kData
+    kData,
+    kForce
 };
 
 const option kLongOptions[] = {
@@ -76,6 +78,7 @@ const option kLongOptions[] = {
     {"crf", required_argument, nullptr, kCrf},
     {"language", required_argument, nullptr, kLanguage},
     {"data", required_argument, nullptr, kData},
+    {"force", no_argument, nullptr, kForce},
     {"quiet", no_argument, nullptr, 'q'},
     {"help", no_argument, nullptr, 'h'},
     {nullptr, 0, nullptr, 0},
@@ -135,6 +138,16 @@ struct Targets {
     bool crf = false;
 };
 
+bool is_folder(const std::string& path) { return path.back() == '/' || std::filesystem::is_directory(path); }
+
+// `path`, which the program's current folder may give a meaning, from the root.
+std::string absolute(const std::string& path) {
+    std::error_code error;
+    const std::string whole = std::filesystem::absolute(path, error).string();
+    if (error) throw Failure("cannot find '" + path + "': the current folder: " + error.message());
+    return whole;
+}
+
 // Decides what is to be made, and rejects options that do not fit together.
 void choose_job(Options& options, const Targets& targets) {
     const bool stills = !options.stills.empty();
@@ -155,6 +168,11 @@ void choose_job(Options& options, const Targets& targets) {
         if (options.job == Job::video && !is_video_name(options.output)) {
             fail("-o: '" + options.output + "' ends in none of .mp4, .mkv, .mov");
         }
+    }
+    const bool one_png =
+        options.job == Job::sheet || (stills && options.stills.size() == 1 && !is_folder(options.output));
+    if (one_png && extension_of(options.output) != ".png") {
+        fail("'" + options.output + "' does not end in .png, which is what it would be");
     }
     if (options.job == Job::stream && isatty(STDOUT_FILENO)) {
         fail("-o -: standard output is a terminal; send the frames to a program or a file");
@@ -224,6 +242,9 @@ Options parse_options(int argc, char** argv) {
         case kData:
             options.data = value;
             break;
+        case kForce:
+            options.force = true;
+            break;
         case 'q':
             options.quiet = true;
             break;
@@ -239,9 +260,7 @@ Options parse_options(int argc, char** argv) {
     if (optind < argc) fail(std::string("unexpected argument '") + argv[optind] + "'");
     choose_job(options, targets);
     if (options.job != Job::stream) {
-        // The show runs in another folder.
-        const bool folder = options.output.back() == '/';
-        options.output = std::filesystem::absolute(options.output).string() + (folder ? "/" : "");
+        options.output = absolute(options.output); // the show runs in another folder
     }
     return options;
 }

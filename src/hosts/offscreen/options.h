@@ -31,7 +31,8 @@ struct Options {
     int crf = 18;
     StreamFormat format = StreamFormat::y4m;
     Language language = Language::ask;
-    std::string data; // folder; empty: look for it
+    std::string data;   // folder; empty: look for it
+    bool force = false; // replace existing files without asking
     bool quiet = false;
     bool help = false;
 };

@@ -3,8 +3,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cinttypes>
 #include <cstdio>
+
+#include "hosts/offscreen/output/sink.h"
 
 namespace offscreen {
 
@@ -68,12 +69,12 @@ std::string Progress::status(ShowTime time) const {
     return text;
 }
 
-void Progress::complete(const std::string& what) {
+void Progress::complete(const std::string& what, std::int64_t pictures) {
     clear();
     if (quiet_) return;
     const double drawing = std::max(seconds_between(first_drawn_, Clock::now()), 1e-3);
-    std::fprintf(stderr, "%s: %" PRId64 " picture%s in %.1f s (%.1f per second)\n", what.c_str(), drawn_,
-                 drawn_ == 1 ? "" : "s", drawing, static_cast<double>(drawn_) / drawing);
+    std::fprintf(stderr, "%s: %s in %.1f s (%.1f per second)\n", what.c_str(),
+                 count_of_pictures(pictures).c_str(), drawing, static_cast<double>(pictures) / drawing);
 }
 
 void Progress::clear() {

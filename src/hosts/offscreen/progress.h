@@ -18,13 +18,10 @@ public:
     void frame(ShowTime time, bool drawn);
 
     // The export is complete: one line with what was made, how many pictures in how much time.
-    void complete(const std::string& what);
+    void complete(const std::string& what, std::int64_t pictures);
 
     // Removes the bar before a message.
     void clear();
-
-    // Frames drawn so far.
-    std::int64_t drawn() const { return drawn_; }
 
 private:
     using Clock = std::chrono::steady_clock;

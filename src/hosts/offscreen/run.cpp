@@ -2,13 +2,13 @@
 
 #include <unistd.h>
 
-#include <cinttypes>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
+#include "hosts/common/signals.h"
 #include "hosts/offscreen/drawing/gl_calls.h"
 #include "hosts/offscreen/frames/running_order.h"
+#include "hosts/offscreen/prompt.h"
 
 // The linker gives the show's call of exit to the first and the C library's exit to the second (--wrap=exit).
 extern "C" [[noreturn]] void __wrap_exit(int status);
@@ -24,10 +24,6 @@ std::unique_ptr<Run> g_run;
 
 constexpr int kMostCallsBeforeMusic = 10'000; // display calls; the show needs about a hundred
 
-volatile std::sig_atomic_t g_signal = 0; // the one that asked to stop
-
-void note_signal(int signal) { g_signal = signal; }
-
 } // namespace
 
 void start_run(const Options& options) { g_run = std::make_unique<Run>(options); }
@@ -35,13 +31,15 @@ Run& the_run() { return *g_run; }
 
 Run::Run(const Options& options)
     : options_(options), frames_(options.rate), wanted_(wanted_frames()), clock_(options.rate),
-      progress_(options.quiet, static_cast<std::int64_t>(wanted_.size()),
-                last_wanted() + 1 - static_cast<std::int64_t>(wanted_.size())),
+      progress_(options.quiet, static_cast<std::int64_t>(wanted_.size()), skipped_frames()),
       sink_(make_sink()) {
     set_clock(&clock_);
     set_gl_scale(options_.scale * options_.supersample);
-    for (int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, note_signal);
-    std::signal(SIGPIPE, SIG_IGN); // a write to a closed pipe fails instead
+}
+
+void Run::begin() {
+    end_prompt();
+    common::handle_signals();
 }
 
 FrameSet Run::wanted_frames() const {
@@ -57,20 +55,24 @@ FrameSet Run::wanted_frames() const {
     return wanted;
 }
 
+std::int64_t Run::skipped_frames() const {
+    return last_wanted() + 1 + wanted(kLoadingFrame) - static_cast<std::int64_t>(wanted_.size());
+}
+
 std::unique_ptr<Sink> Run::make_sink() const {
     switch (options_.job) {
     case Job::stills:
-        return make_stills(options_.stills, frames_, options_.output);
+        return make_stills(options_.stills, frames_, options_.output, options_.force);
     case Job::sheet:
-        return make_sheet(options_.output, frames_);
+        return make_sheet(options_.output, frames_, options_.force);
     case Job::frames:
-        return make_frame_folder(options_.output);
+        return make_frame_folder(options_.output, wanted_, options_.force);
     case Job::stream:
         return make_stream(STDOUT_FILENO, options_.format, options_.rate);
     case Job::video:
         break;
     }
-    return make_video(options_.output, frames_, options_.crf);
+    return make_video(options_.output, frames_, options_.crf, options_.force);
 }
 
 void Run::open_screen(int width, int height) {
@@ -100,9 +102,8 @@ void Run::end_display() {
     if (loading_) {
         if (!clock_.running()) return;
         if (wanted(frame())) take_picture();
-    } else {
-        progress_.frame(frames_.time_of(frame()), wanted(frame()));
     }
+    if (!loading_ || wanted(frame())) progress_.frame(frames_.time_of(frame()), wanted(frame()));
     // After its last frame the show ends by itself.
     if (frame() == last_wanted() && frame() + 1 < frames_.count()) end(EXIT_SUCCESS);
     if (!loading_) clock_.next_frame();
@@ -126,15 +127,13 @@ void Run::check_music() const {
 }
 
 void Run::stop_if_asked() {
-    if (g_signal == 0) return;
-    const int status = 128 + g_signal;
-    const std::int64_t pictures = progress_.drawn();
-    if (pictures == 0) throw Failure("stopped by a signal before the first picture", status);
-    complete();
-    progress_.clear();
-    std::fprintf(stderr, "skav-export: stopped by a signal after %" PRId64 " of %zu pictures: %s\n", pictures,
-                 wanted_.size(), options_.output.c_str());
-    leave(status);
+    if (common::noted_signal() == 0) return;
+    write_all();
+    const std::int64_t pictures = output_ ? output_->taken() : 0;
+    if (pictures > 0) sink_->finish_early();
+    throw Failure("stopped by a signal after " + std::to_string(pictures) + " of " +
+                      count_of_pictures(static_cast<std::int64_t>(wanted_.size())),
+                  128 + common::noted_signal());
 }
 
 void Run::show_ended(int status) {
@@ -148,21 +147,23 @@ void Run::show_ended(int status) {
 }
 
 // Writes everything that has been drawn.
-void Run::complete() {
+void Run::write_all() {
     if (reader_) reader_->drain();
     if (output_) output_->finish();
-    sink_->finish();
 }
 
 void Run::end(int status) {
-    complete();
-    progress_.complete(options_.job == Job::stream ? "standard output" : options_.output);
+    write_all();
+    sink_->finish();
+    progress_.complete(options_.job == Job::stream ? "standard output" : options_.output, output_->taken());
     leave(status);
 }
 
 void Run::fail(const Failure& failure) {
+    if (output_) output_->abandon();
     progress_.clear();
-    std::fprintf(stderr, "skav-export: %s; %s\n", failure.what(), sink_->after_failure().c_str());
+    const std::string kept = sink_->kept(output_ ? output_->taken() : 0);
+    std::fprintf(stderr, "skav-export: %s; %s\n", failure.what(), kept.c_str());
     leave(failure.status());
 }
 

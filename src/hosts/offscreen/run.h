@@ -19,6 +19,9 @@ public:
     // Throws Failure when the output cannot be written or no frame is wanted.
     explicit Run(const Options& options);
 
+    // The show has asked its question.
+    void begin();
+
     // The show opens its display, `width` x `height` pixels as it counts them.
     void open_screen(int width, int height);
 
@@ -38,11 +41,12 @@ private:
     bool wanted(std::int64_t frame) const { return wanted_.count(frame) != 0; }
     std::int64_t last_wanted() const { return *wanted_.rbegin(); }
     FrameSet wanted_frames() const;
+    std::int64_t skipped_frames() const;
     std::unique_ptr<Sink> make_sink() const;
     void take_picture();
     void check_music() const;
     void stop_if_asked();
-    void complete();
+    void write_all();
     [[noreturn]] void end(int status);
     [[noreturn]] void leave(int status);
 

@@ -61,11 +61,18 @@ TEST(Options, StillsKeepTheirOrderAndTheSlashOfTheirFolder) {
     EXPECT_EQ(options.output.back(), '/');
 }
 
+TEST(Options, ExtensionsMayBeInCapitals) {
+    EXPECT_EQ(parse({"-o", "show.MP4"}).job, Job::video);
+    EXPECT_EQ(parse({"--still", "3", "-o", "a.PNG"}).job, Job::stills);
+}
+
 TEST(Options, WhatMakesNoSenseIsNamed) {
     const std::pair<std::vector<std::string>, const char*> cases[] = {
         {{}, "-o is missing"},
         {{"-o", "show.avi"}, "show.avi"},
         {{"-o", "show"}, "none of .mp4"},
+        {{"--still", "3", "-o", "a.jpg"}, "a.jpg"},
+        {{"--sheet", "a.jpg"}, "a.jpg"},
         {{"-o", "show.mp4", "--from", "soon"}, "'soon'"},
         {{"-o", "show.mp4", "--from", "-3"}, "'-3'"},
         {{"-o", "show.mp4", "--to", "163"}, "ends at 162"},

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <csignal>
 #include <fstream>
 
 #include "hosts/common/mp3_stream.h"
@@ -136,21 +135,6 @@ TEST(Video, RangesRenderedApartJoinWithoutASeam) {
         EXPECT_NEAR(joined.frame_times[i], whole.frame_times[i], 1e-3);
     }
     EXPECT_EQ(joined.left, whole.left);
-}
-
-TEST(Video, AStopLeavesWhatWasDoneAsAPlayableFile) {
-    TestFolder folder;
-    Command start = export_probe("leftovers", {"--fps", "10", "-o", folder / "a.mp4"});
-    const Finished finished = stop_at_work(start, SIGINT);
-    EXPECT_EQ(finished.status, 128 + SIGINT);
-    EXPECT_NE(finished.err.find("stopped by a signal after"), std::string::npos) << finished.err;
-    EXPECT_NE(finished.err.find("a.mp4"), std::string::npos) << finished.err;
-    const DecodedVideo video = decode_video(folder / "a.mp4");
-    EXPECT_GT(video.frame_times.size(), 10u);
-    EXPECT_LT(video.frame_times.size(), 1617u);
-    ASSERT_FALSE(video.chapters.empty());
-    EXPECT_NEAR(video.chapters.back().end, static_cast<double>(video.frame_times.size()) / 10, 0.11);
-    EXPECT_EQ(folder.names(), std::vector<std::string>{"a.mp4"});
 }
 
 } // namespace

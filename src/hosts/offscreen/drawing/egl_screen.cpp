@@ -82,15 +82,19 @@ EglScreen::~EglScreen() {
 }
 
 void EglScreen::make_context() {
+    std::string too_old; // versions found
     for (EGLDisplay display : candidate_displays()) {
         context_ = context_on(display);
         if (context_ == EGL_NO_CONTEXT) continue;
         display_ = display;
         const char* version = reinterpret_cast<const char*>(glGetString(GL_VERSION));
         if (version && std::atoi(version) >= 3) return;
-        throw Failure(std::string("OpenGL 3.0 or newer is needed, this machine's EGL has ") +
-                      (version ? version : "none"));
+        too_old += (too_old.empty() ? "" : ", ") + std::string(version ? version : "none");
+        eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+        eglDestroyContext(display, context_);
     }
+    if (!too_old.empty())
+        throw Failure("OpenGL 3.0 or newer is needed, this machine's EGL has only " + too_old);
     throw Failure("no OpenGL without a display: EGL finds no device and no software renderer (on Debian, "
                   "install libegl-mesa0 and libgl1-mesa-dri)");
 }

@@ -6,7 +6,9 @@ namespace offscreen {
 
 OutputThread::OutputThread(Sink& sink) : sink_(sink), thread_([this] { work(); }) {}
 
-OutputThread::~OutputThread() {
+OutputThread::~OutputThread() { abandon(); }
+
+void OutputThread::abandon() {
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         closing_ = true;
@@ -62,6 +64,7 @@ void OutputThread::work() {
             changed_.notify_all();
             return;
         }
+        ++taken_;
         used_.push_back(std::move(picture));
         changed_.notify_all();
     }

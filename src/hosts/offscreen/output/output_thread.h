@@ -1,6 +1,7 @@
 // Writes pictures on a thread of its own: while the next frame is drawn, the last ones are compressed.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <exception>
@@ -16,7 +17,7 @@ class OutputThread {
 public:
     // The sink belongs to the thread until finish returns.
     explicit OutputThread(Sink& sink);
-    ~OutputThread(); // without finish: what has not been written yet is not written
+    ~OutputThread(); // without finish: as abandon
     OutputThread(const OutputThread&) = delete;
     OutputThread& operator=(const OutputThread&) = delete;
 
@@ -28,6 +29,12 @@ public:
 
     // Waits until everything is written.
     void finish();
+
+    // Ends the thread after the picture that it is writing.
+    void abandon();
+
+    // How many pictures the sink has taken. Exact after finish or abandon.
+    std::int64_t taken() const { return taken_; }
 
 private:
     static constexpr std::size_t kQueueLength = 4;
@@ -41,6 +48,7 @@ private:
     std::deque<PicturePtr> queue_;
     std::vector<PicturePtr> used_;
     std::exception_ptr error_;
+    std::atomic<std::int64_t> taken_ = 0;
     bool closing_ = false;
     bool abandoned_ = false;
     std::thread thread_;

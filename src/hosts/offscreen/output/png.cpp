@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <map>
+#include <set>
 
 #include "hosts/offscreen/failure.h"
 #include "hosts/offscreen/output/output_file.h"
@@ -25,8 +25,12 @@ std::vector<std::uint8_t> Picture::rgb() const {
     return bytes;
 }
 
-void write_png(const Picture& picture, const std::string& path) {
-    OutputFile file(path);
+std::string count_of_pictures(std::int64_t count) {
+    return std::to_string(count) + (count == 1 ? " picture" : " pictures");
+}
+
+void write_png(const Picture& picture, const std::string& path, bool replace) {
+    OutputFile file(path, replace);
     const std::vector<std::uint8_t> rgb = picture.rgb();
     png_image image = {};
     image.version = PNG_IMAGE_VERSION;
@@ -52,57 +56,61 @@ std::string still_name(ShowTime time) {
     return std::string(7 - text.size(), '0') + text + ".png";
 }
 
-class Stills : public Sink {
+// "frame-000012.png"
+std::string frame_name(std::int64_t frame) {
+    char name[40];
+    std::snprintf(name, sizeof name, "frame-%06" PRId64 ".png", frame);
+    return name;
+}
+
+// PNG files, each of one picture.
+class PngFiles : public Sink {
 public:
-    Stills(const std::vector<ShowTime>& times, const ShowFrames& frames, const std::string& output) {
-        const bool into_folder = times.size() > 1 || output.back() == '/' || fs::is_directory(output);
-        if (into_folder) make_folder(output);
-        for (ShowTime time : times) {
-            const std::string path = into_folder ? (fs::path(output) / still_name(time)).string() : output;
-            OutputFile::expect_writable(path);
-            paths_.emplace(frames.frame_on_screen_at(time), path);
+    using Paths = std::set<std::pair<std::int64_t, std::string>>; // frame and path; a frame may go to several
+
+    PngFiles(const Paths& paths, bool force) : paths_(paths) {
+        std::vector<std::string> names;
+        for (const auto& [frame, path] : paths) names.push_back(path);
+        replace_ = check_outputs(names, force);
+    }
+
+    void take(const Picture& picture) override {
+        const std::int64_t frame = picture.info.frame;
+        for (auto at = paths_.lower_bound({frame, ""}); at != paths_.end() && at->first == frame; ++at) {
+            write_png(picture, at->second, replace_);
         }
     }
 
-    void take(const Picture& picture) override {
-        const auto [begin, end] = paths_.equal_range(picture.info.frame);
-        for (auto path = begin; path != end; ++path) write_png(picture, path->second);
+    std::string kept(std::int64_t pictures) const override {
+        return pictures == 0 ? Sink::kept(0) : count_of_pictures(pictures) + " kept";
     }
-
-    std::string after_failure() const override { return "stills before it were kept"; }
 
 private:
-    std::multimap<std::int64_t, std::string> paths_; // by frame
-};
-
-class FrameFolder : public Sink {
-public:
-    explicit FrameFolder(const std::string& folder) : folder_(folder) {
-        make_folder(folder);
-        OutputFile::expect_writable(folder + "/frame");
-    }
-
-    void take(const Picture& picture) override {
-        char name[40];
-        std::snprintf(name, sizeof name, "/frame-%06" PRId64 ".png", picture.info.frame);
-        write_png(picture, folder_ + name);
-    }
-
-    std::string after_failure() const override { return "the frames before it were kept"; }
-
-private:
-    std::string folder_;
+    Paths paths_;
+    bool replace_;
 };
 
 } // namespace
 
 std::unique_ptr<Sink> make_stills(const std::vector<ShowTime>& times, const ShowFrames& frames,
-                                  const std::string& output) {
-    return std::make_unique<Stills>(times, frames, output);
+                                  const std::string& output, bool force) {
+    const bool into_folder = times.size() > 1 || output.back() == '/' || fs::is_directory(output);
+    if (into_folder) make_folder(output);
+    PngFiles::Paths paths;
+    for (ShowTime time : times) {
+        paths.emplace(frames.frame_on_screen_at(time),
+                      into_folder ? (fs::path(output) / still_name(time)).string() : output);
+    }
+    return std::make_unique<PngFiles>(paths, force);
 }
 
-std::unique_ptr<Sink> make_frame_folder(const std::string& folder) {
-    return std::make_unique<FrameFolder>(folder);
+std::unique_ptr<Sink> make_frame_folder(const std::string& folder, const FrameSet& wanted, bool force) {
+    make_folder(folder);
+    PngFiles::Paths paths;
+    for (std::int64_t frame : wanted) {
+        paths.emplace_hint(paths.end(), frame, (fs::path(folder) / frame_name(frame)).string());
+    }
+    return std::make_unique<PngFiles>(paths, force);
 }
 
 } // namespace offscreen

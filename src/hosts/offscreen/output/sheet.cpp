@@ -93,8 +93,8 @@ void reduce(const Picture& from, Picture& to, int left, int top) {
 
 class Sheet : public Sink {
 public:
-    Sheet(const std::string& path, const ShowFrames& frames) : path_(path) {
-        OutputFile::expect_writable(path);
+    Sheet(const std::string& path, const ShowFrames& frames, bool force)
+        : path_(path), replace_(check_outputs({path}, force)) {
         for (int i = 0; i < kMomentCount; ++i) {
             places_.emplace(frames.frame_on_screen_at(kMoments[i].time), i);
         }
@@ -126,12 +126,11 @@ public:
         }
     }
 
-    void finish() override {
-        if (!sheet_.pixels.empty()) write_png(sheet_, path_);
-    }
+    void finish() override { write_png(sheet_, path_, replace_); }
 
 private:
     std::string path_;
+    bool replace_;
     std::multimap<std::int64_t, int> places_; // by frame
     Picture sheet_;                           // empty until the first picture tells the size
     int cell_width_ = 0;
@@ -140,8 +139,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<Sink> make_sheet(const std::string& path, const ShowFrames& frames) {
-    return std::make_unique<Sheet>(path, frames);
+std::unique_ptr<Sink> make_sheet(const std::string& path, const ShowFrames& frames, bool force) {
+    return std::make_unique<Sheet>(path, frames, force);
 }
 
 } // namespace offscreen

@@ -49,33 +49,39 @@ public:
     // Throws Failure when the picture cannot be written.
     virtual void take(const Picture& picture) = 0;
 
-    // No more pictures will come, though perhaps fewer came than were wanted. Throws Failure when the result cannot
-    // be completed.
+    // All wanted pictures were taken. Throws Failure when the result cannot be completed.
     virtual void finish() {}
 
-    // What is there after a failure, for the message.
-    virtual std::string after_failure() const { return "nothing was kept"; }
+    // The export was stopped after at least one picture: completes what is of use without the rest. Throws Failure.
+    virtual void finish_early() {}
+
+    // What remains of an export that ended early, after `pictures` were taken, for the message.
+    virtual std::string kept(std::int64_t /*pictures*/) const { return "nothing was kept"; }
 };
+
+// "1 picture", "2 pictures"
+std::string count_of_pictures(std::int64_t count);
 
 enum class StreamFormat {
     y4m, // YUV4MPEG2: 4:2:0, BT.709, limited range; its header tells size and rate
     rgb, // three bytes a pixel, top row first, nothing between the pictures
 };
 
-// Each throws Failure when it finds that the output cannot be written.
+// The sinks. Each throws Failure when it finds that the output cannot be written; `force` allows it to replace files
+// without asking.
 
 // PNG files of single moments. One time goes to the file `output`, unless that is a folder or ends in a slash;
 // several go into the folder `output`, which is made if it is missing, under names such as 012.500.png.
 std::unique_ptr<Sink> make_stills(const std::vector<ShowTime>& times, const ShowFrames& frames,
-                                  const std::string& output);
+                                  const std::string& output, bool force);
 
-// Every picture as a PNG file in `folder`, which is made if it is missing: frame-000000.png and so on, counted over
-// the whole show, so that ranges rendered apart fit together.
-std::unique_ptr<Sink> make_frame_folder(const std::string& folder);
+// Every picture of `wanted` as a PNG file in `folder`, which is made if it is missing: frame-000000.png and so on,
+// counted over the whole show, so that ranges rendered apart fit together.
+std::unique_ptr<Sink> make_frame_folder(const std::string& folder, const FrameSet& wanted, bool force);
 
 // The storyboard: a PNG file `path` with a small picture of each of kMoments, its time and its caption. The captions
 // are set in Vera.ttf of the current folder.
-std::unique_ptr<Sink> make_sheet(const std::string& path, const ShowFrames& frames);
+std::unique_ptr<Sink> make_sheet(const std::string& path, const ShowFrames& frames, bool force);
 
 // Bytes on `descriptor`, which stays open.
 std::unique_ptr<Sink> make_stream(int descriptor, StreamFormat format, FrameRate rate);
@@ -86,9 +92,12 @@ std::unique_ptr<Sink> make_stream(int descriptor, StreamFormat format, FrameRate
 //   .mkv   archiving: FLAC
 //   .mov   editing, and joining ranges rendered apart: PCM
 // `crf` is x264's quality, 0 (lossless) to 51.
-std::unique_ptr<Sink> make_video(const std::string& path, const ShowFrames& frames, int crf);
+std::unique_ptr<Sink> make_video(const std::string& path, const ShowFrames& frames, int crf, bool force);
 
-// Whether `path` has one of these extensions.
+// Whether `path` has one of these extensions, in capitals or not.
 bool is_video_name(const std::string& path);
+
+// The extension of `path` in small letters, with its dot.
+std::string extension_of(const std::string& path);
 
 } // namespace offscreen

@@ -1,9 +1,15 @@
 // Pictures as a stream of bytes for another program.
+#include <unistd.h>
+
+#include <cerrno>
+
 extern "C" {
 #include <libavutil/frame.h>
 #include <libavutil/imgutils.h>
 }
 
+#include "hosts/common/signals.h"
+#include "hosts/offscreen/failure.h"
 #include "hosts/offscreen/output/output_file.h"
 #include "hosts/offscreen/output/sink.h"
 #include "hosts/offscreen/output/yuv.h"
@@ -12,10 +18,14 @@ namespace offscreen {
 
 namespace {
 
+constexpr const char* kName = "to standard output";
+
 class Stream : public Sink {
 public:
     Stream(int descriptor, StreamFormat format, FrameRate rate)
-        : descriptor_(descriptor), format_(format), rate_(rate) {}
+        : descriptor_(descriptor), format_(format), rate_(rate) {
+        if (::write(descriptor, nullptr, 0) != 0) cannot_write(kName, errno); // it may be closed
+    }
 
     void take(const Picture& picture) override {
         if (format_ == StreamFormat::rgb) {
@@ -26,7 +36,9 @@ public:
         }
     }
 
-    std::string after_failure() const override { return "the stream ends early"; }
+    std::string kept(std::int64_t pictures) const override {
+        return "the stream ends after " + count_of_pictures(pictures);
+    }
 
 private:
     void take_y4m(const Picture& picture) {
@@ -50,7 +62,9 @@ private:
     }
 
     void write(const void* data, std::size_t size) const {
-        write_all(descriptor_, data, size, "to standard output");
+        if (common::write_all(descriptor_, data, size)) return;
+        if (errno != EINTR) cannot_write(kName, errno);
+        throw Failure("stopped by a signal while nobody read standard output", 128 + common::noted_signal());
     }
 
     int descriptor_;

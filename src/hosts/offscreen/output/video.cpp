@@ -8,8 +8,10 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <filesystem>
+#include <optional>
 
 #include "hosts/common/music.h"
 #include "hosts/offscreen/failure.h"
@@ -37,7 +39,7 @@ constexpr Container kContainers[] = {
 
 // Null: none has the extension of `path`.
 const Container* container_of(const std::string& path) {
-    const std::string extension = std::filesystem::path(path).extension().string();
+    const std::string extension = extension_of(path);
     for (const Container& container : kContainers) {
         if (extension == container.extension) return &container;
     }
@@ -112,16 +114,10 @@ private:
 
 class Video : public Sink {
 public:
-    Video(const std::string& path, const ShowFrames& frames, int crf)
-        : path_(path), file_(path), container_(*container_of(path)), frames_(frames), crf_(crf),
-          soundtrack_(frames.rate()), packet_(av_packet_alloc()) {
+    Video(const std::string& path, const ShowFrames& frames, int crf, bool force)
+        : path_(path), replace_(check_outputs({path}, force)), container_(*container_of(path)),
+          frames_(frames), crf_(crf), soundtrack_(frames.rate()) {
         av_log_set_level(AV_LOG_QUIET); // errors are reported by check
-        check(packet_ ? 0 : AVERROR(ENOMEM));
-        const char* name = file_.provisional_name().c_str();
-        AVFormatContext* format = nullptr;
-        check(avformat_alloc_output_context2(&format, nullptr, container_.muxer, name));
-        format_.reset(format);
-        check(avio_open(&format_->pb, name, AVIO_FLAG_WRITE));
     }
 
     void take(const Picture& picture) override {
@@ -140,14 +136,20 @@ public:
     }
 
     void finish() override {
-        if (!video_) throw Failure("no picture for " + path_);
         encode(*video_, video_stream_, nullptr);
         if (const int rest = av_audio_fifo_size(sound_fifo_.get()); rest > 0) encode_sound_block(rest);
         encode(*sound_, sound_stream_, nullptr);
         add_chapters();
         check(av_write_trailer(format_.get()));
         check(avio_closep(&format_->pb));
-        file_.commit();
+        file_->commit();
+        complete_ = true;
+    }
+
+    void finish_early() override { finish(); }
+
+    std::string kept(std::int64_t pictures) const override {
+        return complete_ ? path_ + " holds " + count_of_pictures(pictures) : Sink::kept(0);
     }
 
 private:
@@ -159,8 +161,16 @@ private:
         throw Failure("cannot write " + path_ + ": " + reason);
     }
 
-    // Opens the encoders and writes the header; the first picture tells the size.
+    // Opens the file and the encoders and writes the header; the first picture tells the size.
     void begin(const Picture& picture) {
+        packet_.reset(av_packet_alloc());
+        check(packet_ ? 0 : AVERROR(ENOMEM));
+        file_.emplace(path_, replace_);
+        AVFormatContext* format = nullptr;
+        check(avformat_alloc_output_context2(&format, nullptr, container_.muxer, file_->name().c_str()));
+        format_.reset(format);
+        check(avio_open(&format_->pb, file_->name().c_str(), AVIO_FLAG_WRITE));
+
         first_frame_ = picture.info.frame;
         open_video(picture.width, picture.height);
         open_sound();
@@ -296,15 +306,19 @@ private:
     }
 
     std::string path_;
-    OutputFile file_;
+    bool replace_;
     const Container& container_;
     ShowFrames frames_;
     int crf_;
     Soundtrack soundtrack_;
+    bool complete_ = false;
+
+    // Made by begin.
     PacketPtr packet_;
+    std::optional<OutputFile> file_;
     std::unique_ptr<AVFormatContext, FormatDeleter> format_;
 
-    CodecPtr video_; // null until the first picture
+    CodecPtr video_;
     AVStream* video_stream_ = nullptr;
     std::unique_ptr<YuvConverter> converter_;
     AvFramePtr video_frame_;
@@ -322,8 +336,15 @@ private:
 
 } // namespace
 
-std::unique_ptr<Sink> make_video(const std::string& path, const ShowFrames& frames, int crf) {
-    return std::make_unique<Video>(path, frames, crf);
+std::unique_ptr<Sink> make_video(const std::string& path, const ShowFrames& frames, int crf, bool force) {
+    return std::make_unique<Video>(path, frames, crf, force);
+}
+
+std::string extension_of(const std::string& path) {
+    std::string extension = std::filesystem::path(path).extension().string();
+    for (char& letter : extension)
+        letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+    return extension;
 }
 
 bool is_video_name(const std::string& path) { return container_of(path) != nullptr; }
