@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "hosts/common/show_files.h"
 #include "hosts/common/standard_descriptors.h"
 #include "hosts/offscreen/failure.h"
 #include "hosts/offscreen/options.h"
@@ -19,18 +20,18 @@ using namespace offscreen;
 
 namespace {
 
-bool readable(const std::string& path) { return access(path.c_str(), R_OK) == 0; }
-
 // Changes to the folder with the show's music and fonts, since the show opens them by name alone: `given`, or where
-// that is empty the current folder if it has the music, else its subfolder data. Throws Failure for a missing file.
+// that is empty the current folder if it has the music, else its subfolder data. Prints a line for every file that
+// cannot be used. Throws Failure when the show needs one of them.
 void enter_data_folder(const std::string& given) {
-    const std::string folder = !given.empty() ? given : readable("zev.mp3") ? "." : "data";
-    for (const char* file : {"zev.mp3", "zev_voc.mp3", "Vera.ttf", "Arial"}) {
-        const std::string path = folder + "/" + file;
-        if (readable(path)) continue;
-        throw Failure("cannot read " + path + ": " + std::strerror(errno) +
-                      " (--data FOLDER tells where the music and the fonts are)");
+    const std::string folder = !given.empty() ? given : access("zev.mp3", F_OK) == 0 ? "." : "data";
+    bool usable = true;
+    for (const common::FileProblem& problem : common::show_file_problems(folder)) {
+        std::fprintf(stderr, "skav-export: %s\n", common::to_line(problem).c_str());
+        usable = usable && problem.optional;
     }
+    if (!usable)
+        throw Failure("nothing was drawn; --data FOLDER gives the folder of the music and the fonts");
     if (chdir(folder.c_str()) != 0) throw Failure("cannot enter " + folder + ": " + std::strerror(errno));
 }
 

@@ -59,25 +59,39 @@ TEST(CommandLine, AnOutputThatCannotBeWrittenIsOneLineAndStatus1) {
     expect_one_line(run_program(export_show({"--frames", "/dev/null/frames"})), 1, "/dev/null/frames");
 }
 
-TEST(CommandLine, AMissingDataFileIsNamed) {
-    TestFolder folder;
+// Each of these files is needed, some only late in the show: nothing is drawn without them.
+TEST(CommandLine, EveryFileThatCannotBeUsedIsNamedBeforeAnythingIsDrawn) {
+    TestFolder folder, output;
     link_data(folder);
-    for (const char* file : {"Arial", "Vera.ttf", "zev_voc.mp3", "zev.mp3"}) {
-        fs::remove(folder / file);
-        Command start = export_show({"--still", "0", "-o", folder / "a.png"});
-        start.arguments[2] = folder.path();
-        expect_one_line(run_program(start), 1, file);
-    }
-}
-
-TEST(CommandLine, MusicThatIsNoMusicIsNamed) {
-    TestFolder folder;
-    link_data(folder);
+    fs::remove(folder / "Vera.ttf");
     fs::remove(folder / "zev.mp3");
     std::ofstream(folder / "zev.mp3") << "all these words are no notes\n";
-    Command start = export_show({"--still", "0", "-o", folder / "a.png"});
+    fs::remove(folder / "zev_voc.mp3");
+    fs::copy_file(std::string(SKAV_DATA) + "/zev_voc.mp3", folder / "zev_voc.mp3");
+    fs::resize_file(folder / "zev_voc.mp3", 100'000);
+    Command start = export_show({"-q", "--still", "0", "-o", output / "a.png"});
     start.arguments[2] = folder.path();
-    expect_one_line(run_program(start), 1, "zev.mp3 is not an MP3 file");
+    const Finished finished = run_program(start);
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_EQ(lines_in(finished.err), 4) << finished.err;
+    for (const char* part : {"/zev.mp3 is not an MP3 file", "/zev_voc.mp3 ends or breaks off at",
+                             "/Vera.ttf is missing", "nothing was drawn; --data FOLDER"}) {
+        EXPECT_NE(finished.err.find(part), std::string::npos) << part << "\n" << finished.err;
+    }
+    EXPECT_TRUE(output.names().empty());
+}
+
+TEST(CommandLine, TheFontThatTheShowCanDoWithoutIsNamedAndTheExportGoesOn) {
+    TestFolder folder, output;
+    link_data(folder);
+    fs::remove(folder / "Arial");
+    Command start = export_show({"-q", "--fps", "1", "--still", "0", "-o", output / "a.png"});
+    start.arguments[2] = folder.path();
+    const Finished finished = run_program(start);
+    EXPECT_EQ(finished.status, 0);
+    EXPECT_EQ(lines_in(finished.err), 1) << finished.err;
+    EXPECT_NE(finished.err.find("/Arial is missing"), std::string::npos) << finished.err;
+    EXPECT_EQ(output.names(), std::vector<std::string>{"a.png"});
 }
 
 TEST(CommandLine, TheDataIsFoundHereOrInTheFolderData) {
