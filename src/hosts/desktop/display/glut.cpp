@@ -5,9 +5,9 @@
 // - glutInit: connects to the X server or says why that cannot be done; from then on signals end the show in order.
 // - glutEnterGameMode: enters the mode, or opens a window and the surface that stands for the screen.
 // - glutReshapeFunc: the show is told one size, 1024x768, once, whatever size its window takes later.
-// - glutDisplayFunc: around each frame: requests to end, a changed screen, and a picture that is still to be shown.
+// - glutDisplayFunc: around each frame: requests to end, and a picture that is still to be shown.
 // - glutIdleFunc: requests to end; frames while the window is hidden, which freeglut leaves out.
-// - glutSwapBuffers: presents the surface, and ends the process when that was asked for.
+// - glutSwapBuffers: presents the surface, on a screen that may have changed; requests to end.
 #include <GL/freeglut.h>
 
 #include <cerrno>
@@ -69,8 +69,9 @@ bool g_size_told = false;
 
 bool g_hidden = false; // nobody can see the window
 bool g_window_destroyed = false;
-bool g_monitors_changed =
-    false; // since the window was last placed; watched only for a window that covers one
+
+// Since the window was last placed; watched only for a window that covers a monitor.
+bool g_monitors_changed = false;
 
 // A callback that swaps again and again is busy with something long and only keeps the screen alive: it must not wait
 // for the refresh every time, so most of its pictures are left out. The last one never is.
@@ -142,7 +143,6 @@ void on_reshape(int, int) { tell_size_once(); }
 
 void on_display() {
     end_if_asked();
-    follow_monitors();
     tell_size_once();
     g_swapped_in_callback = false;
     if (g_on_display) g_on_display();
@@ -243,6 +243,7 @@ void __wrap_glutIdleFunc(void (*callback)()) {
 
 void __wrap_glutSwapBuffers() {
     end_if_asked();
+    follow_monitors();
     const bool busy = g_swapped_in_callback;
     g_swapped_in_callback = true;
     if (busy && Clock::now() - g_last_shown < kBusyInterval) {
