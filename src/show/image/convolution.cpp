@@ -56,14 +56,15 @@ bool make_padded_plane(PaddedPlane& p, std::int32_t width, std::int32_t height, 
 
 // Fills a padded plane from a source plane.
 void pad_plane(PaddedPlane& p, const std::int32_t* src, std::int32_t r, bool wrapped) {
-    for (std::int64_t y = -std::int64_t{r}; y < std::int64_t{p.height} + r; ++y) {
-        const std::int32_t* row = src + std::ptrdiff_t{border_index(y, p.height, wrapped)} * p.width;
+    const std::int32_t width = p.width, height = p.height;
+    for (std::int64_t y = -std::int64_t{r}; y < std::int64_t{height} + r; ++y) {
+        const std::int32_t* row = src + std::ptrdiff_t{border_index(y, height, wrapped)} * width;
         std::int32_t* out = p.values + static_cast<std::size_t>(y + r) * p.stride;
         for (std::int64_t x = -std::int64_t{r}; x < 0; ++x)
-            *out++ = row[border_index(x, p.width, wrapped)] >> 8;
-        for (std::int32_t x = 0; x < p.width; ++x) *out++ = row[x] >> 8;
-        for (std::int64_t x = p.width; x < std::int64_t{p.width} + r; ++x) {
-            *out++ = row[border_index(x, p.width, wrapped)] >> 8;
+            *out++ = row[border_index(x, width, wrapped)] >> 8;
+        out = std::transform(row, row + width, out, [](std::int32_t v) { return v >> 8; });
+        for (std::int64_t x = width; x < std::int64_t{width} + r; ++x) {
+            *out++ = row[border_index(x, width, wrapped)] >> 8;
         }
         std::fill_n(out, kLoopSlack, 0);
     }

@@ -38,8 +38,7 @@ enum ImageFlags : std::uint32_t {
     kImageColor = 2,  // three colour planes
     kImagePlanes = 3, // mask of the two above
     kImageAlpha = 4,  // an alpha plane
-    kImageWrap =
-        8 // tileable: neighbours wrap around the borders (else the border pixel repeats); a texture repeats
+    kImageWrap = 8 // tileable: neighbours wrap around the borders, a texture repeats; else the border repeats
 };
 
 // The planes that an operation changes.

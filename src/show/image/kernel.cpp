@@ -35,7 +35,7 @@ std::size_t make_pairs(PairTap* pairs, const std::int32_t* weights, std::size_t 
             const std::int32_t first = weights[row * n + k],
                                second = k + 1 < n ? weights[row * n + k + 1] : 0;
             if (first == 0 && second == 0) continue;
-            pairs[count++] = {static_cast<std::int16_t>(first), static_cast<std::int16_t>(second),
+            pairs[count++] = {static_cast<std::uint16_t>(first) | static_cast<std::uint32_t>(second) << 16,
                               static_cast<std::ptrdiff_t>(row * stride + k)};
         }
     }
@@ -96,6 +96,9 @@ bool prepare_kernel(PreparedKernel& prepared, const KernelArgs& args, std::size_
     kernel.bias = args.bias;
     kernel.fits = results_fit(args);
     kernel.reciprocal = exact_reciprocal(args);
+    const bool bracketed = args.bias == 0 && args.divisor >= 2.0;
+    kernel.above = bracketed ? 1.0 / args.divisor * (1.0 + 0x1p-48) : 0.0;
+    kernel.below = bracketed ? 1.0 / args.divisor * (1.0 - 0x1p-48) : 0.0;
     return true;
 }
 

@@ -17,7 +17,7 @@ struct Tap {
 // Two weights of 16 bits, for the value at `offset` and for its right neighbour. Processors have an instruction that
 // multiplies and adds such pairs.
 struct PairTap {
-    std::int16_t first, second;
+    std::uint32_t weights; // the first one in the low half
     std::ptrdiff_t offset;
 };
 
@@ -30,8 +30,12 @@ struct Kernel {
     double divisor;
     std::int32_t bias;
     bool fits; // whether every possible result fits into 32 bits
-    double
-        reciprocal; // trunc(sum * reciprocal) is the exact result for every sum; 0 if there is no such number
+
+    // trunc(sum * reciprocal) is the exact result for every sum; 0 if there is no such number.
+    double reciprocal;
+
+    // sum / divisor lies between the products of sum with these two; 0 if bias or divisor rule that out.
+    double above, below;
 };
 
 // A linear map of values clamped to in_lo..in_hi.

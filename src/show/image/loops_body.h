@@ -27,7 +27,8 @@ typedef uint32_t Vector __attribute__((vector_size(LOOPS_BYTES)));
 typedef uint32_t UnalignedVector __attribute__((vector_size(LOOPS_BYTES), aligned(4), may_alias));
 typedef uint32_t UnalignedNarrow __attribute__((vector_size(LOOPS_BYTES), aligned(2), may_alias));
 
-constexpr size_t kVectors = 4; // registers per block: enough to hide the latency of a multiplication
+// Registers per block: enough to hide the latency of a multiplication, and the cost of the loop over the taps.
+constexpr size_t kVectors = LOOPS_BYTES == 16 ? 8 : 4;
 constexpr size_t kLanes = LOOPS_BYTES / sizeof(uint32_t);
 constexpr size_t kBlock = kVectors * kLanes;
 static_assert(kBlock <= kLoopSlack, "a block may read that much beyond the end");
@@ -56,7 +57,19 @@ inline void scale_sums(int32_t* out, const int32_t sums[kBlock], const Kernel& k
     const double bias = kernel.bias, divisor = kernel.divisor, reciprocal = kernel.reciprocal;
     if (reciprocal != 0.0) {
         for (size_t i = 0; i < kBlock; ++i) out[i] = static_cast<int32_t>(sums[i] * reciprocal);
-    } else if (kernel.fits) {
+        return;
+    }
+    if (kernel.above != 0.0) {
+        // The quotient lies between the products. Where both are truncated to the same number, so is the quotient.
+        const double above = kernel.above, below = kernel.below;
+        int32_t differ = 0;
+        for (size_t i = 0; i < kBlock; ++i) {
+            out[i] = static_cast<int32_t>(sums[i] * above);
+            differ |= out[i] ^ static_cast<int32_t>(sums[i] * below);
+        }
+        if (!differ) return;
+    }
+    if (kernel.fits) {
         for (size_t i = 0; i < kBlock; ++i) out[i] = static_cast<int32_t>(bias + sums[i] / divisor);
     } else {
         for (size_t i = 0; i < kBlock; ++i) {
@@ -124,8 +137,7 @@ inline void sum_pairs(int32_t sums[kBlock], const int16_t* in, const Kernel& ker
     Vector even[kHalf], odd[kHalf];
     for (size_t v = 0; v < kHalf; ++v) even[v] = odd[v] = Vector{} + start;
     for (const PairTap *pair = kernel.pairs, *end = pair + kernel.pair_count; pair != end; ++pair) {
-        const uint32_t both = static_cast<uint16_t>(pair->first) | static_cast<uint32_t>(pair->second) << 16;
-        const Vector weights = Vector{} + both;
+        const Vector weights = Vector{} + pair->weights;
         const UnalignedNarrow* at_even = reinterpret_cast<const UnalignedNarrow*>(in + pair->offset);
         const UnalignedNarrow* at_odd = reinterpret_cast<const UnalignedNarrow*>(in + pair->offset + 1);
         for (size_t v = 0; v < kHalf; ++v) {

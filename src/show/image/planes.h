@@ -34,8 +34,14 @@ inline bool fits_32(double v) { return v > -2147483649.0 && v < 2147483648.0; }
 // Truncates towards zero. What does not fit becomes -2^31, as with the processor's conversion instruction.
 inline std::int32_t truncate(double v) { return fits_32(v) ? static_cast<std::int32_t>(v) : INT32_MIN; }
 
-// i modulo n, never negative.
+// i modulo n, never negative. Without a division for positions at most one length outside.
 inline std::int32_t wrap(std::int64_t i, std::int32_t n) {
+    if (i < 0) {
+        i += n;
+    } else if (i >= n) {
+        i -= n;
+    }
+    if (i >= 0 && i < n) return static_cast<std::int32_t>(i);
     const std::int32_t rest = static_cast<std::int32_t>(i % n);
     return rest < 0 ? rest + n : rest;
 }
