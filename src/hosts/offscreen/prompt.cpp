@@ -41,6 +41,7 @@ void divert_output(int descriptor) {
 
 void begin_prompt(Language language, bool output_is_pictures) {
     if (language == Language::ask) {
+        std::setvbuf(stdout, nullptr, _IONBF, 0); // the question is seen at once, also through a pipe
         if (output_is_pictures) divert_output(STDERR_FILENO);
         return;
     }

@@ -99,7 +99,7 @@ TEST(CommandLine, TheDataIsFoundHereOrInTheFolderData) {
     link_data(here);
     fs::create_directory_symlink(fs::absolute(SKAV_DATA), above / "data");
     for (const TestFolder* folder : {&here, &above}) {
-        Command start = export_show({"-q", "--still", "loading", "-o", output / "a.png"});
+        Command start = export_probe("scale", {"-q", "--still", "loading", "-o", output / "a.png"});
         start.arguments.erase(start.arguments.begin() + 1, start.arguments.begin() + 3);
         start.folder = folder->path();
         EXPECT_EQ(run_program(start).status, 0);
@@ -108,9 +108,9 @@ TEST(CommandLine, TheDataIsFoundHereOrInTheFolderData) {
     }
 }
 
-TEST(CommandLine, APathIsMeantFromWhereTheProgramWasStarted) {
+TEST(CommandLine, ARelativePathStartsAtTheFolderOfTheProgramsStart) {
     TestFolder folder;
-    Command start = export_show({"-q", "--still", "loading", "-o", "a.png"});
+    Command start = export_probe("scale", {"-q", "--still", "loading", "-o", "a.png"});
     start.folder = folder.path();
     EXPECT_EQ(run_program(start).status, 0);
     EXPECT_EQ(folder.names(), std::vector<std::string>{"a.png"});
@@ -136,7 +136,8 @@ TEST(CommandLine, TheShowAsksWhereNoLanguageIsGiven) {
 
 TEST(CommandLine, QuietSaysNothing) {
     TestFolder folder;
-    const Finished finished = run_program(export_show({"-q", "--still", "0.5", "-o", folder / "a.png"}));
+    const Finished finished =
+        run_program(export_probe("scale", {"-q", "--still", "0.5", "-o", folder / "a.png"}));
     EXPECT_EQ(finished.status, 0);
     EXPECT_EQ(finished.out, "");
     EXPECT_EQ(finished.err, "");
@@ -145,34 +146,31 @@ TEST(CommandLine, QuietSaysNothing) {
 TEST(CommandLine, ProgressIsPlainLinesWhereThereIsNoTerminal) {
     TestFolder folder;
     const Finished finished =
-        run_program(export_show({"--fps", "10", "--to", "1", "--frames", folder / "frames"}));
+        run_program(export_probe("scale", {"--fps", "10", "--to", "1", "--frames", folder / "frames"}));
     EXPECT_EQ(finished.status, 0);
     EXPECT_EQ(finished.out, "");
     EXPECT_NE(finished.err.find("50%"), std::string::npos) << finished.err;
     EXPECT_NE(finished.err.find("10 pictures in"), std::string::npos) << finished.err;
     EXPECT_EQ(finished.err.find('\r'), std::string::npos);
+    // The loading screen counts as a picture.
+    const Finished loading =
+        run_program(export_probe("scale", {"--still", "loading", "-o", folder / "a.png"}));
+    EXPECT_NE(loading.err.find("1 picture in"), std::string::npos) << loading.err;
 }
 
 TEST(CommandLine, ProgressIsABarOnATerminal) {
     TestFolder folder;
-    Command start;
-    start.arguments = {"/usr/bin/script", "-qec",
-                       std::string(SKAV_EXPORT) + " --data " + SKAV_DATA +
-                           " --language en --fps 10 --from 9.5 --to 11 --frames " + (folder / "frames"),
-                       "/dev/null"};
-    const Finished finished = run_program(start);
+    const Finished finished = run_program(on_terminal(
+        export_probe("leftovers", {"--fps", "10", "--from", "1", "--to", "4", "--frames", folder / "frames"}),
+        ""));
     EXPECT_EQ(finished.status, 0);
     EXPECT_NE(finished.out.find("\r["), std::string::npos) << finished.out;
     EXPECT_NE(finished.out.find("frames/s"), std::string::npos) << finished.out;
-    EXPECT_NE(finished.out.find("15 pictures in"), std::string::npos) << finished.out;
+    EXPECT_NE(finished.out.find("30 pictures in"), std::string::npos) << finished.out;
 }
 
 TEST(CommandLine, FramesForAProgramAreNotSentToATerminal) {
-    Command start;
-    start.arguments = {"/usr/bin/script", "-qec",
-                       std::string(SKAV_EXPORT) + " --data " + SKAV_DATA + " --language en -o -",
-                       "/dev/null"};
-    const Finished finished = run_program(start);
+    const Finished finished = run_program(on_terminal(export_show({"-o", "-"}), ""));
     EXPECT_EQ(finished.status, 2);
     EXPECT_NE(finished.out.find("standard output is a terminal"), std::string::npos) << finished.out;
 }
@@ -198,20 +196,21 @@ TEST(CommandLine, WithoutEglOneLineSaysWhatToInstall) {
 
 TEST(CommandLine, AFullDiskLeavesNoFileAndSaysSo) {
     TestFolder folder;
-    Command start;
-    // A file may grow to 40 blocks of 1024 bytes; SIGXFSZ is ignored, so that writing fails as on a full
-    // disk.
-    start.arguments = {"/bin/bash", "-c",        "trap '' XFSZ; ulimit -f 40; exec \"$@\"",
-                       "bash",      SKAV_EXPORT, "-q",
-                       "--data",    SKAV_DATA,   "--language",
-                       "en",        "--fps",     "10",
-                       "--from",    "12",        "--to",
-                       "14",        "-o",        folder / "show.mp4"};
-    const Finished finished = run_program(start);
-    EXPECT_EQ(finished.status, 1);
-    EXPECT_EQ(lines_in(finished.err), 1) << finished.err;
-    EXPECT_NE(finished.err.find("nothing was kept"), std::string::npos) << finished.err;
-    EXPECT_TRUE(folder.names().empty());
+    // A file may grow to 40 blocks of 1024 bytes; SIGXFSZ is ignored, so that writing fails as on a full disk.
+    for (const char* output : {"show.mp4", "a.png"}) {
+        std::vector<std::string> arguments = {"-q", "--fps", "1", "-o", folder / output};
+        if (output[0] == 'a') {
+            arguments.insert(arguments.end(), {"--still", "12"});
+        } else {
+            arguments.insert(arguments.end(), {"--from", "12", "--to", "15", "--crf", "1"});
+        }
+        const Finished finished =
+            run_program(in_shell("trap '' XFSZ; ulimit -f 40; exec \"$@\"", export_show(arguments)));
+        EXPECT_EQ(finished.status, 1);
+        EXPECT_EQ(lines_in(finished.err), 1) << finished.err;
+        EXPECT_NE(finished.err.find(": File too large; nothing was kept"), std::string::npos) << finished.err;
+        EXPECT_TRUE(folder.names().empty());
+    }
 }
 
 } // namespace

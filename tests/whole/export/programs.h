@@ -32,3 +32,19 @@ inline Finished stop_at_work(const Command& start, int signal_number) {
     const std::optional<int> status = process.wait();
     return {status.value_or(-1), process.output(), process.errors()};
 }
+
+// `command`, started by a shell that does `script`, in which "$@" is the command.
+inline Command in_shell(const std::string& script, Command command) {
+    command.arguments.insert(command.arguments.begin(), {"/bin/bash", "-c", script, "bash"});
+    return command;
+}
+
+// `command` on a terminal, with `input` typed.
+inline Command on_terminal(const Command& command, const std::string& input) {
+    std::string line;
+    for (const std::string& word : command.arguments) line += "'" + word + "' ";
+    Command result = command;
+    result.arguments = {"/usr/bin/script", "-qec", line, "/dev/null"};
+    result.input = input;
+    return result;
+}

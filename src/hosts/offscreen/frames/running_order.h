@@ -2,9 +2,12 @@
 // the pictures of the storyboard. These tables follow the show's timeline; a test compares the two.
 #pragma once
 
-#include "hosts/offscreen/frames/times.h"
+#include <cstdint>
 
 namespace offscreen {
+
+// Microseconds of show time.
+using ShowTime = std::int64_t;
 
 // A piece of music as the show plays it.
 struct Piece {

@@ -4,8 +4,6 @@
 #include <cstdio>
 #include <regex>
 
-#include "hosts/offscreen/frames/running_order.h"
-
 namespace offscreen {
 
 namespace {

@@ -7,10 +7,9 @@
 #include <set>
 #include <string>
 
-namespace offscreen {
+#include "hosts/offscreen/frames/running_order.h"
 
-// Microseconds of show time.
-using ShowTime = std::int64_t;
+namespace offscreen {
 
 constexpr ShowTime kSecond = 1'000'000;
 
