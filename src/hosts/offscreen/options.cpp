@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "hosts/offscreen/failure.h"
+#include "hosts/offscreen/output/output_file.h"
 
 namespace offscreen {
 
@@ -138,7 +139,10 @@ struct Targets {
     bool crf = false;
 };
 
-bool is_folder(const std::string& path) { return path.back() == '/' || std::filesystem::is_directory(path); }
+bool is_folder(const std::string& path) {
+    std::error_code none;
+    return path.back() == '/' || std::filesystem::is_directory(path, none);
+}
 
 // `path`, which the program's current folder may give a meaning, from the root.
 std::string absolute(const std::string& path) {

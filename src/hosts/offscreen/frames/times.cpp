@@ -1,17 +1,35 @@
 #include "hosts/offscreen/frames/times.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
-#include <regex>
+#include <string_view>
 
 namespace offscreen {
 
 namespace {
 
-// Millionths of what the decimals `whole`.`fraction` give; the fraction has at most six digits.
-std::int64_t millionths(const std::string& whole, std::string fraction) {
-    fraction.resize(6, '0');
-    return std::stoll(whole) * kSecond + std::stoll(fraction);
+// Reads all of `text`, 1 to `most` decimal digits, as a number.
+std::optional<std::int64_t> parse_digits(std::string_view text, std::size_t most) {
+    if (text.empty() || text.size() > most) return std::nullopt;
+    if (text.find_first_not_of("0123456789") != text.npos) return std::nullopt;
+    std::int64_t value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+// Reads all of `text`, "12" or "12.345678", in millionths.
+std::optional<std::int64_t> parse_millionths(const std::string& text) {
+    const std::size_t point = text.find('.');
+    const auto whole = parse_digits(text.substr(0, point), 9);
+    if (!whole) return std::nullopt;
+    if (point == text.npos) return *whole * kSecond;
+    std::string decimals = text.substr(point + 1);
+    if (decimals.empty()) return std::nullopt;
+    if (decimals.size() < 6) decimals.resize(6, '0');
+    const auto fraction = parse_digits(decimals, 6);
+    if (!fraction) return std::nullopt;
+    return *whole * kSecond + *fraction;
 }
 
 } // namespace
@@ -60,28 +78,24 @@ std::int64_t ShowFrames::frame_on_screen_at(ShowTime time) const {
 }
 
 std::optional<ShowTime> parse_time(const std::string& text) {
-    static const std::regex form(R"((?:(\d{1,9}):)?(\d{1,9})(?:\.(\d{1,6}))?)");
-    std::smatch parts;
-    if (!std::regex_match(text, parts, form)) return std::nullopt;
-    const ShowTime seconds = millionths(parts[2], parts[3]);
-    if (!parts[1].matched) return seconds;
-    if (seconds >= 60 * kSecond) return std::nullopt;
-    return std::stoll(parts[1]) * 60 * kSecond + seconds;
+    const std::size_t colon = text.find(':');
+    if (colon == text.npos) return parse_millionths(text);
+    const auto minutes = parse_digits(text.substr(0, colon), 9);
+    const auto seconds = parse_millionths(text.substr(colon + 1));
+    if (!minutes || !seconds || *seconds >= 60 * kSecond) return std::nullopt;
+    return *minutes * 60 * kSecond + *seconds;
 }
 
 std::optional<FrameRate> parse_rate(const std::string& text) {
-    static const std::regex form(R"((\d{1,9})(?:/(\d{1,9})|\.(\d{1,6}))?)");
-    std::smatch parts;
-    if (!std::regex_match(text, parts, form)) return std::nullopt;
-    FrameRate rate;
-    if (parts[2].matched) {
-        rate = {std::stoll(parts[1]), std::stoll(parts[2])};
-    } else {
-        rate = {millionths(parts[1], parts[3]), kSecond};
-        while (rate.seconds > 1 && rate.frames % 10 == 0) {
-            rate.frames /= 10;
-            rate.seconds /= 10;
-        }
+    const std::size_t slash = text.find('/');
+    const bool is_fraction = slash != text.npos;
+    const auto frames = is_fraction ? parse_digits(text.substr(0, slash), 9) : parse_millionths(text);
+    const auto seconds = is_fraction ? parse_digits(text.substr(slash + 1), 9) : std::optional(kSecond);
+    if (!frames || !seconds) return std::nullopt;
+    FrameRate rate{*frames, *seconds};
+    while (!is_fraction && rate.seconds > 1 && rate.frames % 10 == 0) {
+        rate.frames /= 10;
+        rate.seconds /= 10;
     }
     const bool in_range =
         rate.seconds > 0 && rate.frames >= rate.seconds && rate.frames <= 1000 * rate.seconds;

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -20,7 +21,8 @@ namespace {
 
 // `path`, or what it links to in the end, which need not exist.
 fs::path follow_links(fs::path path) {
-    for (int links = 0; fs::is_symlink(path); ++links) {
+    std::error_code none;
+    for (int links = 0; fs::is_symlink(path, none); ++links) {
         if (links == 40) cannot_write(path, ELOOP);
         path = path.parent_path() / fs::read_symlink(path);
     }
@@ -49,7 +51,9 @@ bool check_outputs(const std::vector<std::string>& paths, bool force) {
     std::string first;
     std::size_t count = 0;
     for (const std::string& path : paths) {
-        const fs::file_status status = fs::status(path);
+        std::error_code error;
+        const fs::file_status status = fs::status(path, error);
+        if (!fs::status_known(status)) cannot_write(path, error.value()); // the name is too long, for example
         if (!fs::exists(status)) continue;
         if (!fs::is_regular_file(status))
             throw Failure("cannot write " + path + ": it is not a regular file");
@@ -101,6 +105,13 @@ void OutputFile::commit() {
     if (!replace_ && fs::exists(path_)) cannot_write(path_, EEXIST);
     if (std::rename(name_.c_str(), path_.c_str()) != 0) cannot_write(path_, errno);
     has_name_ = false;
+}
+
+std::string extension_of(const std::string& path) {
+    std::string extension = fs::path(path).extension().string();
+    for (char& letter : extension)
+        letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+    return extension;
 }
 
 void make_folder(const std::string& folder) {

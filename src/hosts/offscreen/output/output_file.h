@@ -38,6 +38,9 @@ private:
     bool has_name_ = false; // other than under /proc
 };
 
+// The extension of `path` in small letters, with its dot.
+std::string extension_of(const std::string& path);
+
 // Makes `folder`, and those it lies in, where they are missing. Throws Failure.
 void make_folder(const std::string& folder);
 

@@ -97,7 +97,4 @@ std::unique_ptr<Sink> make_video(const std::string& path, const ShowFrames& fram
 // Whether `path` has one of these extensions, in capitals or not.
 bool is_video_name(const std::string& path);
 
-// The extension of `path` in small letters, with its dot.
-std::string extension_of(const std::string& path);
-
 } // namespace offscreen

@@ -8,9 +8,7 @@ extern "C" {
 }
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
-#include <filesystem>
 #include <optional>
 
 #include "hosts/common/music.h"
@@ -338,13 +336,6 @@ private:
 
 std::unique_ptr<Sink> make_video(const std::string& path, const ShowFrames& frames, int crf, bool force) {
     return std::make_unique<Video>(path, frames, crf, force);
-}
-
-std::string extension_of(const std::string& path) {
-    std::string extension = std::filesystem::path(path).extension().string();
-    for (char& letter : extension)
-        letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
-    return extension;
 }
 
 bool is_video_name(const std::string& path) { return container_of(path) != nullptr; }

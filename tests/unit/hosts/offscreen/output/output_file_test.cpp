@@ -93,6 +93,11 @@ TEST(OutputFile, IsNotWrittenInThePlaceOfAFifoOrFolder) {
     EXPECT_THROW(check_outputs({folder.path()}, true), Failure);
 }
 
+TEST(OutputFile, WithANameThatIsTooLongIsRefusedAtOnce) {
+    const TestFolder folder;
+    EXPECT_THROW(check_outputs({folder / (std::string(300, 'a') + ".mp4")}, false), Failure);
+}
+
 TEST(OutputFile, IsGoneWhenTheProcessIsKilled) {
     const TestFolder folder;
     const int nameless = open(folder.path().c_str(), O_TMPFILE | O_RDWR, 0600);
