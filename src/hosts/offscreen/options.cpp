@@ -43,8 +43,8 @@ How it looks:
   -q, --quiet         print nothing unless something fails
   -h, --help          this text
 
-Ctrl-C ends an export early; a video then holds what was drawn so far. Exit status: 0 when all is written,
-1 when something failed, 2 for a bad command line, 128 + the signal's number after a signal.
+Ctrl-C ends an export early; a video then holds what was drawn so far. The exit status is 0 when all is written,
+1 when something failed, 2 for a bad command line and 128 + n after signal n.
 )";
 
 namespace {
@@ -139,12 +139,7 @@ struct Targets {
     bool crf = false;
 };
 
-bool is_folder(const std::string& path) {
-    std::error_code none;
-    return path.back() == '/' || std::filesystem::is_directory(path, none);
-}
-
-// `path`, which the program's current folder may give a meaning, from the root.
+// `path` from the root on.
 std::string absolute(const std::string& path) {
     std::error_code error;
     const std::string whole = std::filesystem::absolute(path, error).string();

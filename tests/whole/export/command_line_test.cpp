@@ -57,6 +57,10 @@ TEST(CommandLine, AnOutputThatCannotBeWrittenIsOneLineAndStatus1) {
     expect_one_line(run_program(export_show({"-q", "--still", "0", "-o", "/nonexistent/a.png"})), 1,
                     "/nonexistent/a.png");
     expect_one_line(run_program(export_show({"--frames", "/dev/null/frames"})), 1, "/dev/null/frames");
+    TestFolder folder;
+    fs::create_symlink("loop.png", folder / "loop.png");
+    expect_one_line(run_program(export_show({"--still", "0", "-o", folder / "loop.png"})), 1,
+                    "cannot write " + (folder / "loop.png"));
 }
 
 // Each of these files is needed, some only late in the show: nothing is drawn without them.

@@ -114,6 +114,11 @@ std::string extension_of(const std::string& path) {
     return extension;
 }
 
+bool is_folder(const std::string& path) {
+    std::error_code none;
+    return path.back() == '/' || fs::is_directory(path, none);
+}
+
 void make_folder(const std::string& folder) {
     std::error_code error;
     fs::create_directories(folder, error);

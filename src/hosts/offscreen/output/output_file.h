@@ -41,6 +41,9 @@ private:
 // The extension of `path` in small letters, with its dot.
 std::string extension_of(const std::string& path);
 
+// Whether `path` is a folder or ends in a slash.
+bool is_folder(const std::string& path);
+
 // Makes `folder`, and those it lies in, where they are missing. Throws Failure.
 void make_folder(const std::string& folder);
 

@@ -79,7 +79,7 @@ private:
 
 std::unique_ptr<Sink> make_stills(const std::vector<ShowTime>& times, const ShowFrames& frames,
                                   const std::string& output, bool force) {
-    const bool into_folder = times.size() > 1 || output.back() == '/' || fs::is_directory(output);
+    const bool into_folder = times.size() > 1 || is_folder(output);
     if (into_folder) make_folder(output);
     PngFiles::Paths paths;
     for (ShowTime time : times) {
