@@ -1,5 +1,5 @@
-// What several scenes draw, as the calls that a test expects. Written to be obvious and not to be fast: every
-// loop runs over everything, every value is computed where it is used.
+// What several scenes draw, as the calls that a test expects. Simple rather than fast: every loop runs over everything,
+// every value is computed where it is used.
 #pragma once
 
 namespace expected {

@@ -401,7 +401,7 @@ TEST_F(Greetings, WithoutScrollThereIsNoWallAndTheRibbonStartsAtZero) {
 
 TEST_F(Greetings, TheTimeOfAPassCountsFromItsSinglePrecisionStart) {
     start_pass(2, 6.2);
-    // 6.2 narrowed to float lies above 6.2, so the first frame's time is a little negative.
+    // 6.2 narrowed to float lies above 6.2, so the first frame's time is slightly negative.
     EXPECT_TRUE(frame_is_right(6.2));
     const recording::Call colour = recording::only(frame(6.2), "glClearColor").at(0);
     EXPECT_EQ(std::get<double>(colour.arguments[0]), 1.0f);

@@ -1,4 +1,4 @@
-// GLUT entry points. The main loop follows the script: it tells the surface's size once, then calls back idle
+// GLUT entry points. The main loop follows the script: it calls reshape once with the surface's size, then idle
 // and, when a redisplay was asked for, display, until the script's display calls are used up.
 #include <GL/glut.h>
 
@@ -63,7 +63,7 @@ void glutMainLoop() {
             g_callbacks.display();
         }
         if (g_callbacks.idle) g_callbacks.idle();
-        if (!g_redisplay) break; // nobody would ever be called back again
+        if (!g_redisplay) break; // no callback would ever be called again
     }
     throw recording::ScriptEnded{};
 }

@@ -56,7 +56,7 @@ struct Script {
     std::vector<unsigned> positions;        // ms, one per FMOD_Channel_GetPosition; the last one is repeated
     std::vector<std::string> missing_files; // FMOD_System_CreateSound does not find these
     int display_calls = 0;                  // glutMainLoop ends after so many
-    int surface_width = 1024;               // what the reshape callback is told when the loop begins
+    int surface_width = 1024;               // what the reshape callback gets when the loop begins
     int surface_height = 768;
 };
 Script& script();

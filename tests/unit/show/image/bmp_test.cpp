@@ -56,7 +56,7 @@ TEST(ImageToBmp, RepeatsGreyAndClamps) {
 }
 
 TEST(ImageToBmp, IsNullWhereTheFileWouldBeLargerThan2GiB) {
-    // Whether memory is asked for tells the refusal from a lack of it.
+    // A refusal allocates nothing; a lack of memory would show as an allocation that failed.
     std::int32_t size = 77;
     const auto asks_for_memory = [&size](std::int32_t height) {
         const Image img = {1, height, kImageGrey, nullptr, nullptr, nullptr, nullptr};

@@ -1,4 +1,4 @@
-// Packed pictures written by hand, and a little model of what they hold that shares no code with the decoder.
+// Packed pictures written by hand, and a model of the transform that shares no code with the decoder.
 #pragma once
 
 #include <array>
