@@ -29,8 +29,9 @@ public:
     bool asks = true;
     bool moves = true; // plays, and says so
     bool fails = false;
+    double claims = 0; // says that it has played at least that much
 
-    double position() override { return played_; }
+    double position() override { return std::max(played_, claims); }
     bool failed() const override { return fails; }
 
     // Lets `seconds` of real time pass.
@@ -289,6 +290,26 @@ TEST_F(OutputTest, ADeviceThatDoesNotMoveIsNotTakenOverBeforeItDoes) {
     run(0.5);
     expect_in_time();
     EXPECT_LT(most_step_, 0.03);
+}
+
+TEST_F(OutputTest, ADeviceThatClaimsMoreThanItAskedForIsReplaced) {
+    devices_.no_device = true;
+    run(0.1);
+    play();
+    run(1);
+    FakeDevice& suspended = devices_.plug_in();
+    suspended.asks = suspended.moves = false;
+    run(3);
+    suspended.claims = 3 * kRate; // as a server's estimate does that runs on
+    suspended.asks = suspended.moves = true;
+    forget();
+    run(0.5);
+    EXPECT_EQ(devices_.returned, 1);
+    devices_.plug_in();
+    run(0.5);
+    expect_in_time();
+    EXPECT_LT(most_step_, 0.03);
+    EXPECT_NEAR(late(), 0, 0.02);
 }
 
 TEST_F(OutputTest, ADeviceThatNeverMovesIsGivenBack) {

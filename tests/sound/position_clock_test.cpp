@@ -133,6 +133,29 @@ TEST(PositionClock, StandsAtTheLastFrameHandedOut) {
     EXPECT_EQ(clock.line().position, handed_out);
 }
 
+// A sound server's own estimate runs on while a stopped program hands nothing out, and stands until that is made up for.
+TEST(PositionClock, StaysWithADeviceThatStalledWhileItsReportsRanOn) {
+    PositionClock clock(kRate);
+    const double latency = 0.03 * kRate;
+    double handed_out = 0;
+    double last = 0;
+    for (double now = 0; now < 4; now += 0.005) {
+        if (now > 1 && now < 1.4) continue; // stopped
+        const double truth = now < 1 ? now : std::max(1.0 + 0.03, now - 0.37);
+        const double report = now < 1.4 ? now : std::max(1.4, truth); // never falls
+        handed_out = truth * kRate + latency;
+        clock.limit(now, handed_out);
+        clock.measure(now, report * kRate);
+        const double told = clock.line().at(now);
+        EXPECT_GE(told, last);
+        EXPECT_LE(told, handed_out);
+        if (now > 2.5) {
+            EXPECT_NEAR(told / kRate, truth, 0.003) << now;
+        }
+        last = told;
+    }
+}
+
 TEST(PositionClock, DoesNotBelieveThatMoreIsAudibleThanWasHandedOut) {
     PositionClock clock(kRate);
     clock.limit(0, 1000);

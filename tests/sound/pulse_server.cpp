@@ -65,7 +65,7 @@ void PulseServer::start() {
         // The device is loaded before the socket opens: whoever can connect finds it.
         execl(PULSEAUDIO_PROGRAM, "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1",
               "--use-pid-file=no", "--disable-shm=yes", "--system=false", "-L",
-              "module-null-sink rate=44100 channels=2 sink_name=nothing", "-L", protocol.c_str(),
+              "module-null-sink rate=44100 channels=2 sink_name=nothing norewinds=1", "-L", protocol.c_str(),
               static_cast<char*>(nullptr));
         _exit(127);
     }
@@ -100,6 +100,6 @@ void PulseServer::suspend(bool suspended) {
 
 void PulseServer::remove_device() { run_program({{"pactl", "unload-module", "module-null-sink"}}); }
 void PulseServer::add_device() {
-    run_program(
-        {{"pactl", "load-module", "module-null-sink", "rate=44100", "channels=2", "sink_name=nothing"}});
+    run_program({{"pactl", "load-module", "module-null-sink", "rate=44100", "channels=2", "sink_name=nothing",
+                  "norewinds=1"}});
 }

@@ -74,7 +74,7 @@ private:
     int descriptor_ = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
 };
 
-TEST_F(Recovery, AServerThatNeverAnswersIsWaitedForTwoSecondsAndHoldsUpNoCall) {
+TEST_F(Recovery, AServerThatNeverAnswersIsWaitedForTwoSecondsAtMostAndHoldsUpNoCall) {
     write_mp3(path_, noise(8, 1));
     hide_sound_devices(folder_);
     const SilentServer server(folder_ / "server");
@@ -87,8 +87,8 @@ TEST_F(Recovery, AServerThatNeverAnswersIsWaitedForTwoSecondsAndHoldsUpNoCall) {
     EXPECT_LT(first.after - start, 1);
     const std::vector<Poll> polls = poll_for(channel_, 5);
     for (const Poll& poll : polls) {
-        EXPECT_LE(poll.position, std::max(0.0, poll.after - start - 2) * 1000 + 5);
-        EXPECT_GE(poll.position + 60, (poll.before - start - 2) * 1000);
+        ASSERT_LE(poll.position, (poll.after - start) * 1000);
+        ASSERT_GE(poll.position + 60, (poll.before - start - 2) * 1000);
     }
 }
 
@@ -122,20 +122,22 @@ TEST_F(Recovery, AServerThatEndsAndIsStartedAgainIsHeardAgain) {
     server.kill();
     expect_smooth(2);
     server.restart();
-    PulseRecorder recorder; // takes most of the time that there is
-    expect_smooth(kBackWithin - 1.5);
+    const double back = desktop::steady_seconds();
+    PulseRecorder recorder;
+    expect_smooth(back + kBackWithin - desktop::steady_seconds());
     expect_heard_in_time(recorder);
 }
 
 TEST_F(Recovery, ASuspendedDeviceIsHeardAgain) {
     PulseServer server;
-    PulseRecorder recorder;
     play(16);
     expect_smooth(2);
     server.suspend(true);
     expect_smooth(5);
     server.suspend(false);
-    expect_smooth(kBackWithin);
+    const double back = desktop::steady_seconds();
+    PulseRecorder recorder; // one of a suspended device does not tell its time
+    expect_smooth(back + kBackWithin - desktop::steady_seconds());
     expect_heard_in_time(recorder);
 }
 
@@ -146,8 +148,9 @@ TEST_F(Recovery, ADeviceThatIsRemovedAndAddedIsHeardAgain) {
     server.remove_device();
     expect_smooth(2);
     server.add_device();
+    const double back = desktop::steady_seconds();
     PulseRecorder recorder;
-    expect_smooth(kBackWithin - 1.5);
+    expect_smooth(back + kBackWithin - desktop::steady_seconds());
     expect_heard_in_time(recorder);
 }
 

@@ -1,6 +1,7 @@
 #include "hosts/desktop/sound/cubeb_devices.h"
 
 #include <cubeb/cubeb.h>
+#include <pulse/pulseaudio.h>
 
 #include <algorithm>
 #include <chrono>
@@ -15,6 +16,36 @@ namespace {
 
 constexpr std::chrono::seconds kBetweenAttempts{1};
 constexpr std::uint32_t kMinLatency = 1323; // frames: 30 ms, enough for a thread without priority
+
+// How long a sound server may take to answer. One that hangs answers never.
+constexpr std::chrono::seconds kAnswerWithin{1};
+
+// Whether there is a PulseAudio server, or another in its place, that answers.
+bool pulse_answers() {
+    struct Deleter {
+        void operator()(pa_mainloop* loop) const { pa_mainloop_free(loop); }
+        void operator()(pa_context* context) const {
+            pa_context_disconnect(context);
+            pa_context_unref(context);
+        }
+    };
+    const std::unique_ptr<pa_mainloop, Deleter> loop(pa_mainloop_new());
+    if (!loop) return false;
+    const std::unique_ptr<pa_context, Deleter> context(
+        pa_context_new(pa_mainloop_get_api(loop.get()), "skav"));
+    if (!context || pa_context_connect(context.get(), nullptr, PA_CONTEXT_NOFLAGS, nullptr) < 0) return false;
+    const auto end = std::chrono::steady_clock::now() + kAnswerWithin;
+    for (;;) {
+        const pa_context_state_t state = pa_context_get_state(context.get());
+        if (state == PA_CONTEXT_READY) return true;
+        const std::chrono::microseconds left =
+            std::chrono::duration_cast<std::chrono::microseconds>(end - std::chrono::steady_clock::now());
+        if (!PA_CONTEXT_IS_GOOD(state) || left.count() <= 0) return false;
+        if (pa_mainloop_prepare(loop.get(), static_cast<int>(left.count())) < 0 ||
+            pa_mainloop_poll(loop.get()) < 0 || pa_mainloop_dispatch(loop.get()) < 0)
+            return false;
+    }
+}
 
 class CubebDevice : public Device {
 public:
@@ -43,7 +74,10 @@ std::unique_ptr<Device> CubebDevice::open() {
 }
 
 bool CubebDevice::start() {
-    if (cubeb_init(&context_, "skav", nullptr) != CUBEB_OK) return false;
+    // Where it is not told one that works, the library also tries JACK, whose client library may wait for ever for a
+    // lock in shared memory, and leaves the lock behind if the program ends just then.
+    const char* backend = pulse_answers() ? "pulse" : "alsa";
+    if (cubeb_init(&context_, "skav", backend) != CUBEB_OK) return false;
     cubeb_stream_params params{};
     params.format = CUBEB_SAMPLE_FLOAT32NE;
     params.rate = common::kSoundRate;

@@ -1,7 +1,7 @@
-// The default sound device of the machine, through libcubeb.
+// The default sound device of the machine, through libcubeb: PulseAudio's, or what takes its place, else ALSA's.
 //
-// Devices are opened and closed on a thread of its own, for the library waits for ever where a sound server accepts and
-// does not answer; while it waits there is no device. It tries at most once a second.
+// Devices are opened and closed on a thread of their own, for the libraries may wait for ever where a sound server does
+// not answer; while they wait there is no device. An attempt is made at most once a second.
 #pragma once
 
 #include <memory>

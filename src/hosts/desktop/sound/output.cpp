@@ -14,6 +14,7 @@ constexpr double kStopped = 1.0;            // seconds without a step: the proce
 constexpr double kLongestPause = 0.02;      // seconds that one step may count against the device
 constexpr double kLostAfter = 0.8;          // seconds without a sign of life
 constexpr double kWarmFor = 5.0;            // seconds that a new device may take until it tells its position
+constexpr double kImpossible = 0.25;        // seconds in which a new device may be ahead of what it asked for
 constexpr int kWarmMoves = 8;               // news of its position that it has to give
 constexpr double kAskWithin = 0.03;         // seconds after the device's last request; see watch_device
 constexpr double kLongestLine = 0.2;        // seconds that a position runs on without a step
@@ -88,7 +89,9 @@ void Output::watch_device(double now, double passed) {
     if (w.without_request >= kAskWithin) return;
     const double position = w.device->position();
     w.clock.measure(now, position);
-    if (position <= w.last_position) return;
+    const bool impossible = position > static_cast<double>(asked_for);
+    w.impossible = impossible ? w.impossible + pause : 0;
+    if (impossible || position <= w.last_position) return;
     w.last_position = position;
     w.without_position = 0;
     ++w.moves;
@@ -98,7 +101,7 @@ bool Output::is_lost(double now) const {
     const Watch& w = watch_;
     if (w.device->failed()) return true;
     if (w.connected) return w.without_position > kLostAfter || w.without_request > kLostAfter;
-    return now - w.since > kWarmFor;
+    return now - w.since > kWarmFor || w.impossible > kImpossible;
 }
 
 void Output::lose_device(double now) {
@@ -150,11 +153,10 @@ void Output::run_without(double now) {
 // The position with one: what the device says, but never less than before.
 void Output::run_with_device(double now) {
     const double here = audible(now);
-    Line line = watch_.clock.line();
-    line.position += *watch_.device->offset();
-    const double ahead = here - line.at(now);
-    if (ahead > 0) line = {now, here, ahead < 1 ? line.slope : 0};
-    publish(line, true);
+    const Line device = watch_.clock.line();
+    const double heard = device.at(now) + *watch_.device->offset();
+    const double slope = here - heard < 1 ? device.slope : 0;
+    publish({now, std::max(here, heard), slope}, true);
     const double late = behind(now);
     // A device that does not ask may be about to be lost: without it, nothing has to be skipped.
     if (late > kMostBehind && watch_.asks) mixer_.skip(play_, late);

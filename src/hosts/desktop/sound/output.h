@@ -60,6 +60,7 @@ private:
         bool asks = false;            // it asked for frames since the last step
         double without_request = 0;   // seconds that it has asked for nothing
         double without_position = 0;  // seconds that its position has stood still
+        double impossible = 0;        // seconds that its position has been ahead of what it asked for
     };
 
     void take_device(double now);

@@ -17,18 +17,25 @@ PositionClock::PositionClock(double rate) : rate_(rate) {}
 
 void PositionClock::limit(double now, double handed_out) {
     handed_out_ = handed_out;
-    if (line_.at(now) > handed_out) line_ = {now, std::max(line_.position, handed_out), line_.slope};
+    if (line_.at(now) <= handed_out) return;
+    line_ = {now, std::max(line_.position, handed_out), line_.slope};
+    kept_ = 0; // it stalled: what it said before is too far ahead
 }
 
 void PositionClock::measure(double now, double frames) {
-    if (frames > handed_out_) return;
+    if (frames > handed_out_) {
+        kept_ = 0;
+        return;
+    }
     if (frames > last_frames_) {
         last_frames_ = frames;
-        leads_[news_++ % kNewsKept] = frames - rate_ * now;
+        leads_[kept_ % kNewsKept] = frames - rate_ * now;
+        ++kept_;
+        ++news_;
     }
-    if (news_ == 0) return;
+    if (kept_ == 0) return;
 
-    const auto kept = static_cast<std::ptrdiff_t>(std::min(news_, kNewsKept));
+    const auto kept = static_cast<std::ptrdiff_t>(std::min(kept_, kNewsKept));
     const double lead = *std::max_element(leads_.begin(), leads_.begin() + kept);
     const double here = line_.at(now);
     const double error = (lead + rate_ * now - here) / rate_; // seconds

@@ -58,7 +58,8 @@ private:
     double handed_out_ = 0;
     double last_frames_ = 0;
     std::array<double, kNewsKept> leads_{}; // of the last news: how far each was ahead of rate_ * time
-    std::size_t news_ = 0;                  // how many there were
+    std::size_t kept_ = 0;                  // how many there were since the device last stalled
+    std::size_t news_ = 0;                  // how many there were at all
 };
 
 } // namespace desktop
