@@ -5,6 +5,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstring>
 #include <sstream>
@@ -155,7 +156,7 @@ TEST_F(Recovery, ADeviceThatIsRemovedAndAddedIsHeardAgain) {
 }
 
 // A player of its own, which is stopped and continued.
-class Stopped : public Recovery, public ::testing::WithParamInterface<double> {
+class OwnPlayer : public Recovery {
 protected:
     // The polls of a player that has ended.
     static std::vector<Poll> polls_of(const Process& player) {
@@ -173,6 +174,8 @@ protected:
         return part;
     }
 };
+
+class Stopped : public OwnPlayer, public ::testing::WithParamInterface<double> {};
 
 TEST_P(Stopped, PlayerGoesOnWhereItWasAndIsHeardAgain) {
     write_mp3(path_, noise(20, 1));
@@ -197,6 +200,32 @@ TEST_P(Stopped, PlayerGoesOnWhereItWasAndIsHeardAgain) {
     EXPECT_LT(after.front().position, before.back().position + 400) << "no jump";
     const std::vector<Poll> back = between(polls, continued + kBackWithin, 1e300);
     expect_polls_follow(recorder, read_mp3(path_), {back.begin(), back.end() - 100});
+}
+
+// A busy machine: the player runs for a tenth of a second out of four.
+TEST_F(OwnPlayer, ThatHardlyRunsIsAtMostHalfASecondLate) {
+    write_mp3(path_, noise(20, 1));
+    const PulseServer server;
+    const PulseRecorder recorder; // has the server work in small pieces
+    Process player({{SOUND_PLAYER, path_, "14"}});
+    std::this_thread::sleep_for(std::chrono::seconds(2));
+    for (int i = 0; i < 25; ++i) {
+        player.send(SIGSTOP);
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        player.send(SIGCONT);
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+    ASSERT_EQ(player.wait(std::chrono::seconds(20)), 0);
+
+    const std::vector<Poll> polls = polls_of(player);
+    ASSERT_GT(polls.size(), 100u);
+    const auto first =
+        std::find_if(polls.begin(), polls.end(), [](const Poll& poll) { return poll.position > 100; });
+    const double start = first->before - first->position / 1000.0;
+    for (const Poll& poll : polls)
+        EXPECT_LT(poll.before - start - poll.position / 1000.0, 0.7) << poll.position;
+    EXPECT_LT(polls.back().before - start - polls.back().position / 1000.0, 0.5);
+    for (std::size_t i = 1; i < polls.size(); ++i) ASSERT_GE(polls[i].position, polls[i - 1].position);
 }
 
 INSTANTIATE_TEST_SUITE_P(For, Stopped, ::testing::Values(0.4, 1.5, 4.0));

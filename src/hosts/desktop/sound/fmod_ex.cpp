@@ -115,9 +115,11 @@ unsigned DesktopPlayer::position_ms() {
     const double device = output_.audible(steady_seconds());
     const std::optional<Segment> segment = mixer_.segments().at(device);
     if (segment && segment->play == play_) {
+        const auto begin = static_cast<double>(sound_->begin());
+        double heard = segment->music_at(device);
         // Frames that nobody hears are taken a little late, so a sound may seem to begin before it was played.
-        const double most = static_cast<double>(sound_->begin()) + device - started_;
-        position_ = std::max(position_, std::min(segment->music_at(device), most));
+        if (segment->music <= begin) heard = std::min(heard, begin + device - started_);
+        position_ = std::max(position_, heard);
     }
     return static_cast<unsigned>(position_ * 1000 / common::kSoundRate);
 }

@@ -18,7 +18,7 @@ constexpr double kImpossible = 0.25;        // seconds in which a new device may
 constexpr int kWarmMoves = 8;               // news of its position that it has to give
 constexpr double kAskWithin = 0.03;         // seconds after the device's last request; see watch_device
 constexpr double kLongestLine = 0.2;        // seconds that a position runs on without a step
-constexpr double kMostBehind = 0.5 * kRate; // frames
+constexpr double kMostBehind = 0.4 * kRate; // frames; with what it takes to notice, half a second
 constexpr double kCatchUp = 0.5;            // seconds in which silence makes up for being behind, to 1/e
 constexpr std::uint64_t kBlock = 512;       // frames
 
