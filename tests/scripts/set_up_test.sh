@@ -126,6 +126,13 @@ run_prints_the_list_without_the_right_to_install)
     expect_in err "apt-get install cmake libmpg123-dev"
     [ ! -s "$work/log" ] || fail "nothing should have been done"
     ;;
+test_quick_tests_one_build_without_real_time)
+    call test --quick -R Timeline </dev/null
+    expect_status 0
+    expect_in log "ctest --preset ci"
+    expect_in log "--label-exclude realtime|long -R Timeline"
+    expect_not_in log sanitize
+    ;;
 test_prints_the_list_without_the_right_to_install)
     stand_in sudo <<<$'#!/bin/bash\nexit 1'
     MACHINE_USER=1000
