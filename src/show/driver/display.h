@@ -21,6 +21,5 @@ void idle_redisplay();
 // The same; never installed.
 void idle_redisplay_spare();
 
-// Display callback of the warm-up. 100 calls draw nothing, while the display mode settles; the 101st installs
-// load_show.
+// Display callback of the warm-up: 100 calls do nothing while the display mode settles, the 101st installs load_show.
 void warmup_display();

@@ -1,5 +1,4 @@
-// Render states: a cache of capabilities and modes, the fixed state of the show, and a few states that scenes set
-// directly.
+// Render states: a cache of capabilities and modes, the fixed state of the show, and states that scenes set directly.
 #pragma once
 
 // Flags of set_render_state.

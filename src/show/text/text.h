@@ -5,8 +5,8 @@
 //     font_free(font);
 //
 // Strings are Latin-1: every byte is one character. There is no layout: no kerning, no line breaks, and a control
-// character is a glyph like any other. Errors are reported only by null; a font that is null or has no face draws
-// nothing.
+// character is a glyph like any other. Errors are reported only by null; a font that is null
+// or has no face draws nothing.
 #pragma once
 
 #include <ft2build.h>
