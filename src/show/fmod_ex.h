@@ -1,7 +1,8 @@
 // The FMOD Ex calls that the show makes, declared under the library's public names, so that the library
 // itself or any host's own implementation can stand behind them. A host defines exactly these functions.
 //
-// All calls come from one thread. Every call returns FMOD_OK, or the error that explains why nothing was done. A
+// All calls come from one thread. Every call returns FMOD_OK, or the error that explains why nothing was done; a host
+// for which a call cannot fail in a useful way, such as one that writes a film of the music, may end the program. A
 // handle that a failed call should have filled is set to null; no other result is touched. A null place for a handle
 // gives FMOD_ERR_INVALID_PARAM; then a null or stale handle gives FMOD_ERR_INVALID_HANDLE; then the other arguments
 // are looked at. A handle is never given out twice.

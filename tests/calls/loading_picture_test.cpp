@@ -30,6 +30,13 @@ TEST(LoadingPicture, BecomesAMipmappedTextureAndIsShownOnce) {
     EXPECT_EQ(g_loading_steps, 1);
 }
 
+TEST(LoadingPicture, IsStoredAs64By64BlocksWithQuantiser20) {
+    begin_bits(kLoadingPicture, kLoadingPictureSize);
+    EXPECT_EQ(read_bits(8), 64u);
+    EXPECT_EQ(read_bits(8), 64u);
+    EXPECT_EQ(read_bits(8), 20u);
+}
+
 TEST(LoadingPicture, IsUploadedInTheColoursThatAreStored) {
     make_loading_picture();
     constexpr std::size_t kPixels = 256 * 256;

@@ -130,6 +130,16 @@ TEST_F(Handles, WhatIsNotOfferedIsSaidSo) {
     EXPECT_EQ(position, 12345u);
 }
 
+TEST_F(Handles, AChannelMayBeFreeOrUsedAgain) {
+    FMOD_SYSTEM* system = start_system();
+    FMOD_SOUND* sound = open_sound(system);
+    FMOD_CHANNEL* first = play_sound(system, sound);
+    FMOD_CHANNEL* again = nullptr;
+    EXPECT_EQ(FMOD_System_PlaySound(system, FMOD_CHANNEL_REUSE, sound, 0, &again), FMOD_OK);
+    expect_playing(again);
+    expect_channel(first, FMOD_ERR_CHANNEL_STOLEN);
+}
+
 TEST_F(Handles, ASoundOfAnotherSystemIsRefused) {
     FMOD_SYSTEM* first = start_system();
     FMOD_SYSTEM* second = start_system();

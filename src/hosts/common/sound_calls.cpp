@@ -135,11 +135,18 @@ FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX channel
     if (channelid > 0 || channelid < FMOD_CHANNEL_REUSE) return FMOD_ERR_INVALID_PARAM;
     if (paused) return FMOD_ERR_UNSUPPORTED;
     return guarded([&] {
-        found->channel = 0; // if play() throws, nothing plays
-        found->player->play(*to_play->sound);
+        auto& channels = registry().channels;
         const Handle handle = registry().next();
-        registry().channels[handle] = to_handle(sound);
+        channels.emplace(handle, to_handle(sound));
         found->channel = handle;
+        try {
+            found->player->play(*to_play->sound);
+        } catch (...) { // then nothing plays, also not what played before
+            channels.erase(handle);
+            found->channel = 0;
+            found->player->stop();
+            throw;
+        }
         *channel = to_pointer<FMOD_CHANNEL>(handle);
         return FMOD_OK;
     });

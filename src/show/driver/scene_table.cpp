@@ -3,7 +3,7 @@
 #include "show/driver/music.h"
 #include "show/scenes/scenes.h"
 
-Scene g_scenes[kSceneCount] = {
+SceneTable g_scenes = {
     {clear_prepare, clear_start, clear_render, clear_stop, clear_release, 0, 0.0, nullptr},
     {flash_prepare, flash_start, flash_render, flash_stop, flash_release, 0, 0.0, nullptr},
     {title_prepare, title_start, title_render, title_stop, title_release, 0, 0.0, nullptr},

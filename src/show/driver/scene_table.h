@@ -28,7 +28,8 @@ enum SceneIndex {
     kSceneCount
 };
 
-extern Scene g_scenes[kSceneCount];
+using SceneTable = Scene[kSceneCount];
+extern SceneTable g_scenes;
 
 // Head of the render list; null until link_and_prepare_scenes.
 extern Scene* g_scene_list;

@@ -1,11 +1,9 @@
 // Filters and combiners, for images that a generator has filled.
 //
-// Filters work on the colour planes. Alpha is not filtered: the form in place leaves it as it is, a new image gets a
-// copy. So filter first, then give the image its alpha (image_set_alpha). Neighbours beyond a border wrap around in a
-// tileable image (kImageWrap); otherwise the border pixel repeats. A radius may exceed the image.
-//
-// A result that is truncated from double and does not fit into 32 bits (or is not a number) becomes -2^31, except in
-// image_light, which clamps.
+// Filters work on the colour planes. Unless an operation says otherwise alpha is not filtered: the form in place leaves
+// it as it is, a new image gets a copy. So filter first, then give the image its alpha (image_set_alpha). Neighbours
+// beyond a border wrap around in a tileable image (kImageWrap); otherwise the border pixel repeats. A radius may exceed
+// the image.
 #pragma once
 
 #include <cstdint>

@@ -8,8 +8,8 @@
 // Operations come in two forms. The new form (a participle: image_ranked) leaves its input unchanged and returns a
 // new Image that the caller owns. The form in place (a verb: image_rank) changes the Image it is given. Errors are
 // not reported in any other way: with a null image, images whose sizes do not match, or no memory, the new form
-// returns null and the form in place does nothing; an input is never left half changed. An operation that made or
-// changed pixels ends with one call of g_progress_hook (image/progress.h), also if it is built from others. Create,
+// returns null and the form in place does nothing; an input is never left half changed. An operation that
+// was not refused ends with one call of g_progress_hook (image/progress.h), also if it is built from others. Create,
 // copy, free, replace, upload, BMP export and the functions on single planes never call it.
 #pragma once
 
@@ -19,7 +19,8 @@
 // Values run from 0 (black, transparent) to 65535 (full, opaque); an 8-bit level b is stored as b * 257. Only the
 // conversion back to bytes (value_to_byte) and the operations that say so clamp: noise, blends and convolutions may
 // leave values below 0 or above 65535. 32-bit arithmetic on values wraps, except in image_shrink and the resamplers
-// (transforms.h), whose sums are exact, and where an operation computes in double.
+// (transforms.h), whose sums are exact, and where an operation computes in double. A result that is truncated from double
+// and does not fit into 32 bits (or is not a number) becomes -2^31, except in image_light, which clamps.
 //
 // A plane holds width * height values, row 0 first: the value of pixel (x, y) has the index y * width + x.
 struct Image {

@@ -7,7 +7,7 @@ extern unsigned g_loading_texture;
 // Number of loading_step calls. For a debugger; nothing reads it.
 extern int g_loading_steps;
 
-// Clears to white, draws the loading picture (410 by 256 units, centred, its top a third of the way down) and
+// Clears to white, draws the loading picture (410 by 256 units, centred across, its top a third of the way down) and
 // swaps buffers.
 void draw_loading_screen();
 

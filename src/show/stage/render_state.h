@@ -23,7 +23,7 @@ enum RenderState {
     kStencilMark = 0x400, // write 1 where anything is drawn
     kStencilShow = 0x800, // draw only where the stencil is not 0
 
-    kColorMask = 0x800 // shares its bit with kStencilShow: colour writes are never turned off, see the source
+    kColorMask = 0x800 // shares its bit with kStencilShow: colour writes are never turned off
 };
 
 // The flags that set_render_state takes for the current state; statically 0. Scenes also call glEnable, glDisable and
@@ -32,7 +32,8 @@ enum RenderState {
 extern int g_render_state;
 
 // Switches the capabilities to exactly those in `flags` and the modes to those of its non-zero fields, issuing only
-// the calls that differ from g_render_state.
+// the calls that differ from g_render_state. After kStencilShow, a stencil field of 0 turns colour writes on once more
+// and forgets the mode, so that the next kStencilShow issues its calls again.
 void set_render_state(int flags);
 
 // Sets the state that stays the same during the whole show. Called by the first cue.

@@ -1,9 +1,11 @@
 // The time that scenes draw by, in seconds.
 #pragma once
 
-extern double g_demo_time; // show time of the current frame
-extern double
-    g_scene_time; // time since the cue that started the scene being rendered; set before each render
+// Show time of the current frame.
+extern double g_demo_time;
+
+// Time since the cue that started the scene being rendered. Set before each render.
+extern double g_scene_time;
 
 // A linear ramp over show time, seconds. No scene calls it. While *running is non-zero, with d = g_demo_time - t0:
 //   duration > 0:  *out = d / duration        and *running = (*out <= 1.0)

@@ -44,7 +44,8 @@ void font_free(Font* font);
 // Glyphs that start left of or above the image are moved in, not cut. They are cut at the right edge. One that
 // reaches past the lower edge is cut at the row whose number is the image's width, as if the image were square.
 // Intentional; the show's images with text are square or end well below it. Nothing is ever written outside the
-// planes. Characters that the font cannot load are skipped without an advance.
+// planes. Characters that the font cannot load are skipped without an advance; a glyph whose bitmap is not 8-bit
+// grey advances the pen and draws nothing. The blend of glyph and image wraps in 32 bits.
 //
 // Nothing happens when img, font, its face or text is null, or the font does not have the size.
 void draw_text(Image* img, Font* font, int x, int y, int glyph_w, int glyph_h, int tracking,
