@@ -16,10 +16,15 @@ constexpr std::uint64_t kSkipFrames = 0xffffffff;
 
 } // namespace
 
-std::optional<Segment> SegmentLog::at(double device) const {
+void SegmentLog::collect() const {
     const std::lock_guard<std::mutex> lock(mutex_);
     added_.consume_all([this](const Segment& segment) { kept_.push_back(segment); });
     while (kept_.size() > kKept) kept_.pop_front();
+}
+
+std::optional<Segment> SegmentLog::at(double device) const {
+    collect();
+    const std::lock_guard<std::mutex> lock(mutex_);
     const auto found = std::find_if(kept_.rbegin(), kept_.rend(),
                                     [device](const Segment& segment) { return segment.device <= device; });
     return found == kept_.rend() ? std::nullopt : std::make_optional(*found);

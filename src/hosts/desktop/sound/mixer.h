@@ -40,8 +40,11 @@ public:
     static constexpr std::size_t kKept = 256;
 
     // Adds a segment that begins no earlier than the last one. One thread at a time; wait-free. It is lost if
-    // kKept segments were added since the last call of at().
+    // kKept segments were added since the last call of collect() or at().
     void add(const Segment& segment) { added_.push(segment); }
+
+    // Takes in what was added. To be called now and then. Any thread but the one that renders.
+    void collect() const;
 
     // The segment that device frame `device` lies in; none before the first one, or if it is no longer kept.
     // Any thread but the one that renders.

@@ -15,7 +15,7 @@ constexpr double kLongestPause = 0.02;      // seconds that one step may count a
 constexpr double kLostAfter = 0.8;          // seconds without a sign of life
 constexpr double kWarmFor = 5.0;            // seconds that a new device may take until it tells its position
 constexpr double kImpossible = 0.25;        // seconds in which a new device may be ahead of what it asked for
-constexpr int kWarmMoves = 8;               // news of its position that it has to give
+constexpr int kWarmMoves = 8;               // times that its position has to move on first
 constexpr double kAskWithin = 0.03;         // seconds after the device's last request; see watch_device
 constexpr double kLongestLine = 0.2;        // seconds that a position runs on without a step
 constexpr double kMostBehind = 0.4 * kRate; // frames; with what it takes to notice, half a second
@@ -52,6 +52,7 @@ void Output::step(double now) {
     const double passed = stopped ? 0 : now - last_step_;
     last_step_ = now;
     due_ += kRate * passed;
+    mixer_.segments().collect();
 
     if (watch_.device) {
         watch_device(now, passed);

@@ -7,11 +7,12 @@
 //
 // A device is lost when it reports an error, or asks for nothing or plays nothing for most of a second. Another is looked
 // for from then on. A new one first plays silence until it tells its position, and is then connected in time: what is
-// heard goes on at the position that has been reached.
+// heard goes on at the position that has been reached. One that was suspended meanwhile may claim to have played more
+// than it asked for, for as long as it was suspended; it is replaced.
 //
-// Music that falls behind real time catches up: smoothly while nothing is heard; by skipping forward, once it is half a
-// second late, while it is. A process that is stopped for more than a second does not run, and neither does its time: it
-// goes on where it was, with a fresh device.
+// Music that falls behind real time catches up: smoothly while nothing is heard; while it is heard by skipping forward,
+// so that it is at most half a second late. A process that is stopped for more than a second does not run, and neither
+// does its time: it goes on where it was, with a fresh device.
 //
 // Threads: one thread calls step(). audible() is for any thread. Neither waits for a sound server. Times are seconds of
 // one clock that never goes back; nothing here reads a clock.
@@ -54,9 +55,9 @@ private:
         PositionClock clock{common::kSoundRate};
         bool connected = false;
         double since = 0;             // when it was taken
-        double last_position = 0;     // furthest it told
-        int moves = 0;                // how often that was news
-        std::uint64_t last_asked = 0; // for
+        double last_position = 0;     // the furthest it told
+        int moves = 0;                // how often it moved on
+        std::uint64_t last_asked = 0; // frames it had asked for at the last step
         bool asks = false;            // it asked for frames since the last step
         double without_request = 0;   // seconds that it has asked for nothing
         double without_position = 0;  // seconds that its position has stood still
@@ -79,7 +80,7 @@ private:
     State state_ = State::waiting;
     Watch watch_;
     double begun_;           // when the waiting began
-    double last_step_;       // time of it
+    double last_step_;       // time of the last step
     double due_ = 0;         // the frame that would be audible had nothing ever been late
     std::uint64_t play_ = 0; // the mixer's play that due_ belongs to
 
