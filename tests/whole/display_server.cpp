@@ -2,38 +2,7 @@
 
 #include <signal.h>
 
-#include <fstream>
 #include <stdexcept>
-
-namespace {
-
-constexpr const char* kXorgConfiguration = R"(
-Section "Device"
-    Identifier "device"
-    Driver "dummy"
-    VideoRam 16384
-EndSection
-Section "Monitor"
-    Identifier "monitor"
-    HorizSync 5-1000
-    VertRefresh 5-200
-    Modeline "desktop" 108.00 1280 1376 1488 1800 960 961 964 1000
-    Modeline "other" 108.00 800 896 1008 1320 600 601 604 640
-    Modeline "show" 64.512 1024 1048 1184 1344 768 771 777 800
-EndSection
-Section "Screen"
-    Identifier "screen"
-    Device "device"
-    Monitor "monitor"
-    DefaultDepth 24
-    SubSection "Display"
-        Depth 24
-        Modes "desktop" "show" "other"
-    EndSubSection
-EndSection
-)";
-
-} // namespace
 
 std::unique_ptr<DisplayServer> DisplayServer::virtual_screen(int width, int height,
                                                              const std::vector<std::string>& arguments) {
@@ -47,11 +16,9 @@ std::unique_ptr<DisplayServer> DisplayServer::virtual_screen(int width, int heig
 
 std::unique_ptr<DisplayServer> DisplayServer::with_modes() {
     std::unique_ptr<DisplayServer> server(new DisplayServer);
-    const TestFolder& folder = server->folder_;
-    std::ofstream(folder / "xorg.conf") << kXorgConfiguration;
-    const bool started =
-        server->start({"Xorg", "-displayfd", "1", "-config", folder / "xorg.conf", "-logfile",
-                       folder / "xorg.log", "-noreset", "-nolisten", "tcp", "-novtswitch", "-sharevts"});
+    const bool started = server->start({"Xorg", "-displayfd", "1", "-config", XORG_CONFIGURATION, "-logfile",
+                                        server->folder_ / "xorg.log", "-noreset", "-nolisten", "tcp",
+                                        "-novtswitch", "-sharevts"});
     if (!started) {
         throw std::runtime_error("Xorg does not start: install the packages xserver-xorg-core and "
                                  "xserver-xorg-video-dummy\n" +
