@@ -34,9 +34,19 @@ double told_at(const std::vector<Poll>& polls, double time) {
     return last.position + part * (static_cast<double>(next->position) - last.position);
 }
 
+// Of all systems of this process: no call ends a system, and one of an earlier test would play on the next test's server.
+std::vector<FMOD_SOUND*> g_sounds;
+
 } // namespace
 
+void release_sounds() {
+    for (FMOD_SOUND* sound : g_sounds)
+        FMOD_Sound_Release(sound); // those that are released already give an error
+    g_sounds.clear();
+}
+
 FMOD_SYSTEM* start_system() {
+    release_sounds();
     make_urgent(true);
     FMOD_SYSTEM* system = nullptr;
     EXPECT_EQ(FMOD_System_Create(&system), FMOD_OK);
@@ -50,6 +60,7 @@ FMOD_SOUND* open_sound(FMOD_SYSTEM* system, const std::string& path) {
     EXPECT_EQ(FMOD_System_CreateSound(system, path.c_str(), FMOD_2D | FMOD_SOFTWARE | FMOD_CREATESTREAM,
                                       nullptr, &sound),
               FMOD_OK);
+    g_sounds.push_back(sound);
     return sound;
 }
 

@@ -16,9 +16,13 @@ struct Poll {
 
 // A system that plays, made with the calls of the show and checked to have succeeded. The calling thread is
 // urgent from then on, as are the system's.
+// Sounds of earlier systems are released.
 FMOD_SYSTEM* start_system();
 FMOD_SOUND* open_sound(FMOD_SYSTEM* system, const std::string& path);
 FMOD_CHANNEL* play_sound(FMOD_SYSTEM* system, FMOD_SOUND* sound);
+
+// Releases all sounds that were opened here.
+void release_sounds();
 
 // One poll of the channel's position.
 Poll poll(FMOD_CHANNEL* channel);

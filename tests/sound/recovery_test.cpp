@@ -27,6 +27,8 @@ constexpr double kBackWithin = 2;
 
 class Recovery : public ::testing::Test {
 protected:
+    Recovery() { release_sounds(); }
+
     void play(double seconds) {
         write_mp3(path_, noise(seconds, 1));
         system_ = start_system();
