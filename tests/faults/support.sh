@@ -8,7 +8,7 @@ verdict=ok
 happened=()
 started=() # processes to end
 mounted=()
-limited=() # control groups
+groups=()  # control groups
 finished=  # once the program in question has ended: its status is $status, and it took $took seconds
 
 note() { happened+=("$*"); }
@@ -192,29 +192,29 @@ start_logged() {
 # position: that of the last frame in seconds of show time.
 position() { awk "$read_frames"' END { print at }' "$work/frames"; }
 
-# Lines of the log that are cut off are not read.
 read_frames='
     $1 == "play" { ++plays; offset = plays == 2 ? 74.3 : 0; if (plays == 1) first = $3; fresh = 1 }
-    $1 == "frame" && NF == 4 { at = $4 / 1000 + offset; ++frames }'
+    $1 == "frame" { at = $4 / 1000 + offset; ++frames }'
 
-# expect_positions LAG_FROM LAG_TO: that the position never fell or jumped, and how far it lies behind real time at
-# the end, in seconds. A frame that was itself late is allowed for.
+# expect_positions LAG: that the position never fell or jumped, and has lost so many seconds to real time since it
+# first moved, to half a second. A frame that was itself late is allowed for.
 expect_positions() {
-    local fall jump lag frames
-    read -r fall jump lag frames < <(awk "$read_frames"'
-        $1 == "frame" && NF == 4 {
-            passed = $3 - before
-            if (!fresh && before) {
+    local fall jump start lag frames
+    read -r fall jump start lag frames < <(awk "$read_frames"'
+        $1 == "frame" {
+            if (!moved && at > 0) { moved = $3 - at; start = moved - first }
+            if (!fresh) {
                 if (last - at > fall) fall = last - at
-                if (at - last - 4 * passed - 0.03 > jump) jump = at - last - 4 * passed
+                if (at - last - 4 * ($3 - before) - 0.03 > jump) jump = at - last - ($3 - before)
             }
-            fresh = 0; last = at; before = $2; lag = $3 - first - at + (plays == 2 ? 0.3 : 0)
+            fresh = 0; last = at; before = $2; lag = $3 - moved - at + (plays == 2 ? 0.3 : 0)
         }
-        END { printf "%.2f %.2f %.2f %d\n", fall, jump, lag, frames }' "$work/frames")
+        END { printf "%.2f %.2f %.2f %.2f %d\n", fall, jump, start, lag, frames }' "$work/frames")
     holds "$fall == 0" || wrong "the position fell by $fall s"
     holds "$jump == 0" || wrong "the position jumped by $jump s"
-    holds "$lag >= $1 && $lag <= $2" || wrong "$lag s behind real time, not $1 to $2"
-    note "$frames frames, $lag s behind real time at the end"
+    holds "$start <= 2.2" || wrong "the position first moved after $start s"
+    holds "$lag >= $1 - 0.5 && $lag <= $1 + 0.5" || wrong "lost $lag s to real time, not $1"
+    note "$frames frames, the position started after $start s and lost $lag s from then on"
 }
 
 # --- What a fault is made of
@@ -233,20 +233,20 @@ small_disk() {
     mounted+=("$work/disk")
 }
 
-# limit_processor PROCESS PERCENT: gives a process that share of one processor from here on, by a control group.
+# limit_processor PROCESS PERMILLE: gives a process that share of one processor from here on, by a control group.
 limit_processor() {
-    local group period=100000
+    local group period=200000
     need_root "the processor is limited by a control group"
     if [ -e /sys/fs/cgroup/cpu/cpu.cfs_quota_us ]; then
         group=/sys/fs/cgroup/cpu/skav-fault-$$
-        mkdir "$group" && echo $period >"$group/cpu.cfs_period_us" &&
-            echo $((period * $2 / 100)) >"$group/cpu.cfs_quota_us" || skip "control groups cannot be written"
+        mkdir -p "$group" && echo $period >"$group/cpu.cfs_period_us" &&
+            echo $((period * $2 / 1000)) >"$group/cpu.cfs_quota_us" || skip "control groups cannot be written"
     else
         group=/sys/fs/cgroup/skav-fault-$$
-        mkdir "$group" 2>/dev/null && echo "$((period * $2 / 100)) $period" >"$group/cpu.max" ||
+        mkdir -p "$group" 2>/dev/null && echo "$((period * $2 / 1000)) $period" >"$group/cpu.max" ||
             skip "control groups cannot be written"
     fi 2>/dev/null
-    limited+=("$group")
+    groups+=("$group")
     echo "$1" >"$group/cgroup.procs"
 }
 
@@ -259,7 +259,7 @@ clean_up() {
         kill -KILL "$item"
     done 2>/dev/null
     wait 2>/dev/null
-    for item in "${limited[@]}"; do eventually 5 rmdir "$item"; done
+    for item in "${groups[@]}"; do eventually 5 rmdir "$item"; done
     for item in "${mounted[@]}"; do umount "$item"; done
     rm -rf "$work"
 }

@@ -23,7 +23,11 @@ FMOD_RESULT __wrap_FMOD_Channel_GetPosition(FMOD_CHANNEL*, unsigned*, FMOD_TIMEU
 namespace {
 
 std::FILE* log_file() {
-    static std::FILE* file = std::fopen(std::getenv("FRAME_LOG"), "w");
+    static std::FILE* file = [] {
+        std::FILE* opened = std::fopen(std::getenv("FRAME_LOG"), "w");
+        std::setvbuf(opened, nullptr, _IOLBF, 0); // whole lines, for who reads along
+        return opened;
+    }();
     return file;
 }
 
