@@ -108,7 +108,7 @@ fault_music_cut() {
     end_by TERM
 }
 
-long_music_cut() {
+long_whole_show_of_cut_music() {
     virtual_screen
     start_sound
     copy_data

@@ -107,7 +107,7 @@ fault_stopped() {
     end_by INT
 }
 
-long_no_sound_device() {
+long_whole_show_in_silence() {
     no_sound
     virtual_screen
     start_logged
@@ -116,7 +116,7 @@ long_no_sound_device() {
 }
 
 # As on a machine that cannot keep up at all.
-long_slow_processor() {
+long_whole_show_at_6_percent() {
     start_sound
     virtual_screen
     start_logged

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 
 #include "hosts/common/show_files.h"
 #include "hosts/common/standard_descriptors.h"
@@ -20,11 +21,18 @@ using namespace offscreen;
 
 namespace {
 
-// Changes to the folder with the show's music and fonts, since the show opens them by name alone: `given`, or where
-// that is empty the current folder if it has the music, else its subfolder data. Prints a line for every file that
-// cannot be used. Throws Failure when the show needs one of them.
+// Where the show's music and fonts are: here, or in the subfolder data where there is one and no music here.
+std::string find_data_folder() {
+    std::error_code none;
+    const bool below = access("zev.mp3", F_OK) != 0 && std::filesystem::is_directory("data", none);
+    return below ? "data" : ".";
+}
+
+// Changes to the folder with the show's music and fonts, since the show opens them by name alone: `given`, or the one
+// found where that is empty. Prints a line for every file that cannot be used. Throws Failure when the show needs one
+// of them.
 void enter_data_folder(const std::string& given) {
-    const std::string folder = !given.empty() ? given : access("zev.mp3", F_OK) == 0 ? "." : "data";
+    const std::string folder = given.empty() ? find_data_folder() : given;
     bool usable = true;
     for (const common::FileProblem& problem : common::show_file_problems(folder)) {
         std::fprintf(stderr, "skav-export: %s\n", common::to_line(problem).c_str());

@@ -112,6 +112,18 @@ TEST(CommandLine, TheDataIsFoundHereOrInTheFolderData) {
     }
 }
 
+TEST(CommandLine, WithoutADataFolderAMissingFileIsMissedHere) {
+    TestFolder here;
+    link_data(here);
+    fs::remove(here / "zev.mp3");
+    Command start{{SKAV_EXPORT, "-q", "--still", "0", "-o", here / "a.png"}};
+    start.folder = here.path();
+    const Finished finished = run_program(start);
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_EQ(lines_in(finished.err), 2) << finished.err;
+    EXPECT_NE(finished.err.find((here / "zev.mp3") + " is missing"), std::string::npos) << finished.err;
+}
+
 TEST(CommandLine, ARelativePathStartsAtTheFolderOfTheProgramsStart) {
     TestFolder folder;
     Command start = export_probe("scale", {"-q", "--still", "loading", "-o", "a.png"});
