@@ -94,8 +94,9 @@ struct Upload {
     int width;
     int height;
     unsigned format;
-    std::vector<unsigned char> pixels;  // rows packed without padding
-    std::vector<unsigned char> padding; // what GL reads past them: it takes each row as a multiple of four bytes
+    std::vector<unsigned char> pixels; // rows packed without padding
+    // What GL reads past them: it takes each row as a multiple of four bytes.
+    std::vector<unsigned char> padding;
 };
 
 // All of them since the start.

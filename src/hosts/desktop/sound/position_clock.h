@@ -1,18 +1,15 @@
-// Where the device is in what it plays, at any moment, from measurements that come now and then and may be
-// coarse.
+// The position of a device, at any moment, from measurements that come now and then and may be coarse.
 //
-// Between measurements the position runs along a straight line; a measurement never moves it but bends the
-// line so that the error dies away within a few tenths of a second. The line never falls, and while the
-// device plays its slope stays within a quarter of real time: polled every 2 ms, each value is new in
-// milliseconds.
+// Between measurements the position runs along a straight line. A measurement never moves it but bends the line, so that
+// the error decays within a few tenths of a second. The line never falls, and while the device plays its slope stays
+// within a quarter of real time: polled every 2 ms, each value in milliseconds differs from the last.
 //
-// A measurement that repeats the last one carries no news: some devices report only whole buffers. Of the
-// last few news the one furthest ahead counts, for a report may be old but not early. Without news the
-// position runs on, up to the last frame that was handed to the device: there a device that stalls falls
-// silent.
+// A measurement equal to the last one is ignored, since some devices report only whole buffers. Of the last few others
+// the one furthest ahead counts, for a report may be old but not early. Without measurements the position runs on, up to
+// the last frame that was handed to the device: a device that stalls falls silent there.
 //
-// Times are seconds of a clock that never goes back; positions are frames. Not for use by two threads at
-// once: hand out copies of line().
+// Times are seconds of a clock that never goes back; positions are frames. Not for use by two threads at once: hand out
+// copies of line().
 #pragma once
 
 #include <array>
