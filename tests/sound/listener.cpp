@@ -34,7 +34,7 @@ double told_at(const std::vector<Poll>& polls, double time) {
     return last.position + part * (static_cast<double>(next->position) - last.position);
 }
 
-// Of all systems of this process: no call ends a system, and one of an earlier test would play on the next test's server.
+// Of all systems of this process: no call ends a system, and an earlier test's would play on the next test's server.
 std::vector<FMOD_SOUND*> g_sounds;
 
 } // namespace

@@ -133,7 +133,7 @@ TEST(PositionClock, StandsAtTheLastFrameHandedOut) {
     EXPECT_EQ(clock.line().position, handed_out);
 }
 
-// A sound server's own estimate runs on while a stopped program hands nothing out, and stands until that is made up for.
+// A sound server's own estimate runs on while a stopped program hands nothing out, and then stands for as long.
 TEST(PositionClock, StaysWithADeviceThatStalledWhileItsReportsRanOn) {
     PositionClock clock(kRate);
     const double latency = 0.03 * kRate;

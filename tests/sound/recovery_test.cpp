@@ -1,5 +1,5 @@
-// Sound servers that hang, end and come back, and a player that is stopped: the position goes on, and the sound comes back
-// in time with it.
+// Sound servers that hang, end and come back, and a player that is stopped: the position goes on, and the sound comes
+// back in time with it.
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/un.h>

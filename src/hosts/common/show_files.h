@@ -1,5 +1,5 @@
-// The files that the show opens from its working directory, checked before the show starts: the show itself says nothing
-// about a missing or broken file, it only stands still or leaves out its texts.
+// The files that the show opens from its working directory, checked before the show starts: the show itself says
+// nothing about a missing or broken file, it only stands still or leaves out its texts.
 #pragma once
 
 #include <string>
@@ -13,7 +13,7 @@ struct FileProblem {
     std::string path;    // where it was looked for, absolute
     std::string problem; // what is wrong: "is missing"
     std::string effect;  // what the show does then: "the show stands still at its start"
-    bool optional;       // the show as described allows for its absence
+    bool optional;       // the show allows for its absence
 };
 
 // The problem in one line, without a line end: what, where, why, and what to do.

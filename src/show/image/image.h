@@ -19,8 +19,8 @@
 // Values run from 0 (black, transparent) to 65535 (full, opaque); an 8-bit level b is stored as b * 257. Only the
 // conversion back to bytes (value_to_byte) and the operations that say so clamp: noise, blends and convolutions may
 // leave values below 0 or above 65535. 32-bit arithmetic on values wraps, except in image_shrink and the resamplers
-// (transforms.h), whose sums are exact, and where an operation computes in double. A result that is truncated from double
-// and does not fit into 32 bits (or is not a number) becomes -2^31, except in image_light, which clamps.
+// (transforms.h), whose sums are exact, and where an operation computes in double. A result that is truncated from
+// double and does not fit into 32 bits (or is not a number) becomes -2^31, except in image_light, which clamps.
 //
 // A plane holds width * height values, row 0 first: the value of pixel (x, y) has the index y * width + x.
 struct Image {

@@ -1,4 +1,4 @@
-// The scroller's poem, in German and in English: its lines, where they are in the texture and how they cross the screen.
+// The scroller's poem, in German and English: its lines, where they are in the texture, how they cross the screen.
 //
 // The texture is 512 pixels wide and has one line in every 30 rows. On the screen a line is 1024 units wide (the
 // whole screen), so a pixel takes two units. The lines enter one after another from the right; speed and spacing

@@ -1,4 +1,5 @@
-// A sound device, and where devices come from. The desktop's are libcubeb's streams (cubeb_devices.h); tests have stand-ins.
+// A sound device, and where devices come from. The desktop's are libcubeb's streams (cubeb_devices.h); tests have
+// stand-ins.
 //
 // Threads: a device asks for frames on a thread of its own, which never waits. Everything else belongs to the thread
 // that watches it.

@@ -5,8 +5,9 @@
 //   - the device library's own thread, which empties it through Mixer::render and never waits,
 //   - one that watches the device and publishes the position (Output),
 //   - one that opens and closes devices and may wait for a sound server for ever (CubebDevices).
-// No call waits for a sound server. position_ms() waits for nothing; the other calls wait at most for a block of decoding
-// and a block of rendering to end; play() and seek_ms() also decode the first half second of a sound that is not ready.
+// No call waits for a sound server. position_ms() waits for nothing; the other calls wait at most for a block of
+// decoding and a block of rendering to end; play() and seek_ms() also decode the first half second of a sound that is
+// not ready.
 #include <algorithm>
 #include <atomic>
 #include <chrono>

@@ -1,7 +1,8 @@
 // The one channel: what the device gets to play, and the record of it.
 //
-// Threads: play() and stop() belong to the controlling thread, skip() to the one that watches the device. render() belongs to whoever feeds the device;
-// it never locks, allocates, waits, reads files or decodes. handed_out() and segments() are for any other thread.
+// Threads: play() and stop() belong to the controlling thread, skip() to the one that watches the device. render()
+// belongs to whoever feeds the device; it never locks, allocates, waits, reads files or decodes. handed_out() and
+// segments() are for any other thread.
 #pragma once
 
 #include <array>

@@ -1,21 +1,21 @@
-// The position that is audible, whatever happens to the sound device: a device that comes, plays, is lost and comes back,
-// and the system's steady clock while there is none.
+// The position that is audible, whatever happens to the sound device: a device that comes, plays, is lost and comes
+// back, and the system's steady clock while there is none.
 //
 // The position counts the mixer's frames, at 44.1 kHz. It stands until there is a device or none is found, for two
 // seconds at most. From then on it runs: as the device plays, or, without one, with real time, while the frames that
 // nobody hears are taken from the mixer. It never falls.
 //
-// A device is lost when it reports an error, or asks for nothing or plays nothing for most of a second. Another is looked
-// for from then on. A new one first plays silence until it tells its position, and is then connected in time: what is
-// heard goes on at the position that has been reached. One that was suspended meanwhile may claim to have played more
-// than it asked for, for as long as it was suspended; it is replaced.
+// A device is lost when it reports an error, or asks for nothing or plays nothing for most of a second. Another is
+// looked for from then on. A new one first plays silence until it tells its position, and is then connected in time:
+// what is heard goes on at the position that has been reached. One that was suspended meanwhile may claim to have
+// played more than it asked for, for as long as it was suspended; it is replaced.
 //
-// Music that falls behind real time catches up: smoothly while nothing is heard; while it is heard by skipping forward,
-// so that it is at most half a second late. A process that is stopped for more than a second does not run, and neither
-// does its time: it goes on where it was, with a fresh device.
+// Music that falls behind real time catches up: smoothly while nothing is heard; while it is heard by skipping
+// forward, so that it is at most half a second late. A process that is stopped for more than a second does not run,
+// and neither does its time: it goes on where it was, with a fresh device.
 //
-// Threads: one thread calls step(). audible() is for any thread. Neither waits for a sound server. Times are seconds of
-// one clock that never goes back; nothing here reads a clock.
+// Threads: one thread calls step(). audible() is for any thread. Neither waits for a sound server. Times are seconds
+// of one clock that never goes back; nothing here reads a clock.
 #pragma once
 
 #include <cstdint>

@@ -6,10 +6,10 @@ namespace desktop {
 
 namespace {
 
-constexpr double kSettling = 0.15;    // seconds in which an error falls to 1/e
-constexpr double kMaxBend = 0.25;     // part of real time that the slope may differ from it
-constexpr double kStep = 0.1;         // seconds; a device this far ahead was not watched: step, don't chase
-constexpr std::size_t kFirstNews = 8; // so early nothing can be heard yet: step as well
+constexpr double kSettling = 0.15; // seconds in which an error falls to 1/e
+constexpr double kMaxBend = 0.25;  // part of real time that the slope may differ from it
+constexpr double kStep = 0.1;      // seconds; a device this far ahead was not watched: step, don't chase
+constexpr std::size_t kFirstMeasurements = 8; // so early nothing can be heard yet: step as well
 
 } // namespace
 
@@ -29,17 +29,17 @@ void PositionClock::measure(double now, double frames) {
     }
     if (frames > last_frames_) {
         last_frames_ = frames;
-        leads_[kept_ % kNewsKept] = frames - rate_ * now;
+        leads_[kept_ % kKept] = frames - rate_ * now;
         ++kept_;
-        ++news_;
+        ++measurements_;
     }
     if (kept_ == 0) return;
 
-    const auto kept = static_cast<std::ptrdiff_t>(std::min(kept_, kNewsKept));
+    const auto kept = static_cast<std::ptrdiff_t>(std::min(kept_, kKept));
     const double lead = *std::max_element(leads_.begin(), leads_.begin() + kept);
     const double here = line_.at(now);
     const double error = (lead + rate_ * now - here) / rate_; // seconds
-    const bool catch_up = error > kStep || (error > 0 && news_ < kFirstNews);
+    const bool catch_up = error > kStep || (error > 0 && measurements_ < kFirstMeasurements);
     if (catch_up) {
         line_ = {now, here + error * rate_, rate_};
         return;

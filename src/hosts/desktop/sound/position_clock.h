@@ -1,15 +1,15 @@
 // The position of a device, at any moment, from measurements that come now and then and may be coarse.
 //
-// Between measurements the position runs along a straight line. A measurement never moves it but bends the line, so that
-// the error decays within a few tenths of a second. The line never falls, and while the device plays its slope stays
-// within a quarter of real time: polled every 2 ms, each value in milliseconds differs from the last.
+// Between measurements the position runs along a straight line. A measurement never moves it but bends the line, so
+// that the error decays within a few tenths of a second. The line never falls, and while the device plays its slope
+// stays within a quarter of real time: polled every 2 ms, each value in milliseconds differs from the last.
 //
-// A measurement equal to the last one is ignored, since some devices report only whole buffers. Of the last few others
-// the one furthest ahead counts, for a report may be old but not early. Without measurements the position runs on, up to
-// the last frame that was handed to the device: a device that stalls falls silent there.
+// A measurement equal to the last one is ignored, since some devices report only whole buffers. Of the last few
+// others the one furthest ahead counts, for a report may be old but not early. Without measurements the position runs
+// on, up to the last frame that was handed to the device: a device that stalls falls silent there.
 //
-// Times are seconds of a clock that never goes back; positions are frames. Not for use by two threads at once: hand out
-// copies of line().
+// Times are seconds of a clock that never goes back; positions are frames. Not for use by two threads at once: hand
+// out copies of line().
 #pragma once
 
 #include <array>
@@ -48,15 +48,15 @@ public:
     const Line& line() const { return line_; }
 
 private:
-    static constexpr std::size_t kNewsKept = 4;
+    static constexpr std::size_t kKept = 4;
 
     double rate_;
     Line line_{0, 0, 0};
     double handed_out_ = 0;
     double last_frames_ = 0;
-    std::array<double, kNewsKept> leads_{}; // of the last news: how far each was ahead of rate_ * time
-    std::size_t kept_ = 0;                  // how many there were since the device last stalled
-    std::size_t news_ = 0;                  // how many there were at all
+    std::array<double, kKept> leads_{}; // of the last measurements: how far each was ahead of rate_ * time
+    std::size_t kept_ = 0;              // how many there were since the device last stalled
+    std::size_t measurements_ = 0;      // how many there were at all
 };
 
 } // namespace desktop

@@ -284,7 +284,7 @@ TEST_P(Convolution, OfLinesTakesAnyLayout) {
 }
 
 TEST_P(Convolution, IsTheSameJustInsideAndOutsideOfSixteenBits) {
-    // Values and weights of 16 bits are convolved by other code than larger ones: these lie on both sides of the limits.
+    // Values and weights of 16 bits are convolved by other code than larger ones: these lie on both sides.
     Material material(43);
     const std::int32_t weights[] = {INT16_MIN, INT16_MIN - 1, INT16_MAX, INT16_MAX + 1};
     const std::int32_t values[] = {0,
