@@ -184,7 +184,8 @@ bool Viewer::is_blanked() const {
 }
 
 bool Viewer::is_managed() const {
-    const Atom property = XInternAtom(display(), "_NET_SUPPORTING_WM_CHECK", False);
+    // A window manager names itself first and lists its windows, even if there are none, once it is ready.
+    const Atom property = XInternAtom(display(), "_NET_CLIENT_LIST", False);
     Atom type = None;
     int format = 0;
     unsigned long count = 0, left = 0;
@@ -192,7 +193,7 @@ bool Viewer::is_managed() const {
     XGetWindowProperty(display(), DefaultRootWindow(display()), property, 0, 1, False, XA_WINDOW, &type,
                        &format, &count, &left, &data);
     const Owned<unsigned char> owned(data);
-    return count == 1;
+    return type != None;
 }
 
 void Viewer::leave_mark_of_dead_window_manager() const {

@@ -68,7 +68,7 @@ public:
     void blank_after(int seconds) const;
     bool is_blanked() const;
 
-    // Whether a window manager is running.
+    // Whether a window manager is running and ready.
     bool is_managed() const;
 
     // Leaves on the root window what a window manager leaves that is killed: the number of a window that is no more.
