@@ -111,8 +111,10 @@ TEST(Scaling, CoversTheScreenUnderAWindowManager) {
     Process manager(Command{{"openbox"}, {{"DISPLAY", server->name()}}});
     ASSERT_TRUE(eventually([&] { return screen.is_managed(); })) << "install the package openbox";
     Process show(test_show(*server));
-    EXPECT_TRUE(eventually([&] { return shows_test_picture(screen.picture(), {160, 0, 960, 720}); }))
-        << show.output() << show.errors();
+    EXPECT_TRUE(eventually([&] {
+        return shows_test_picture(screen.picture(), {160, 0, 960, 720});
+    })) << show.output()
+        << show.errors();
 }
 
 // Without framebuffer objects the picture can only be drawn at its own size.
