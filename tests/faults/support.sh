@@ -197,17 +197,19 @@ read_frames='
     $1 == "frame" { at = $4 / 1000 + offset; ++frames }'
 
 # expect_positions LAG: that the position never fell or jumped, and has lost so many seconds to real time since it
-# first moved, to half a second. A frame that was itself late is allowed for.
+# first moved, to half a second. A frame that was itself late is allowed for, also the one that switches the music: the
+# second file begins when it is called for.
 expect_positions() {
     local fall jump start lag frames
     read -r fall jump start lag frames < <(awk "$read_frames"'
+        $1 == "play" && plays == 2 { lost = lag; moved = $3 - offset }
         $1 == "frame" {
             if (!moved && at > 0) { moved = $3 - at; start = moved - first }
             if (!fresh) {
                 if (last - at > fall) fall = last - at
                 if (at - last - 4 * ($3 - before) - 0.03 > jump) jump = at - last - ($3 - before)
             }
-            fresh = 0; last = at; before = $2; lag = $3 - moved - at + (plays == 2 ? 0.3 : 0)
+            fresh = 0; last = at; before = $2; lag = lost + $3 - moved - at
         }
         END { printf "%.2f %.2f %.2f %.2f %d\n", fall, jump, start, lag, frames }' "$work/frames")
     holds "$fall == 0" || wrong "the position fell by $fall s"
