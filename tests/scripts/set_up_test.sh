@@ -164,10 +164,27 @@ run_writes_a_video_where_there_is_no_display)
     without_package libavformat-dev
     call run <<<"e of the user"
     expect_status 3
-    expect_in out "exported from tree with: --data data -o skav.mp4 and e of the user"
+    expect_in out "exported from tree with: --data data --fps 30 --force -o skav.mp4 and e of the user"
     expect_in log "install -y -qq --no-install-recommends libavformat-dev"
     expect_in err "No display"
+    expect_in err "./run --fps 60 takes twice as long"
     expect_in err "--play"
+    call run --fps 60 <<<"e of the user"
+    expect_status 3
+    expect_in out "--fps 60 --force -o skav.mp4"
+    call run --fps </dev/null
+    expect_status 2
+    expect_in err "--fps needs a number"
+    ;;
+run_takes_a_frame_rate_only_for_a_video)
+    call run --fps 60 </dev/null
+    expect_status 1
+    expect_in err "--fps is for the video"
+    unset DISPLAY
+    call run --play --fps 60 </dev/null
+    expect_status 1
+    expect_in err "--fps is for the video"
+    [ ! -s "$work/log" ] || fail "nothing should have been done"
     ;;
 run_works_through_a_symbolic_link_and_in_a_folder_with_blanks)
     mv "$work/tree" "$work/ein schöner Ort"

@@ -6,11 +6,14 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <string>
 
 #include "hosts/common/show_files.h"
+#include "hosts/common/signals.h"
 #include "hosts/common/standard_descriptors.h"
 #include "hosts/offscreen/failure.h"
 #include "hosts/offscreen/options.h"
+#include "hosts/offscreen/output/output_file.h"
 #include "hosts/offscreen/prompt.h"
 #include "hosts/offscreen/run.h"
 
@@ -43,6 +46,15 @@ void enter_data_folder(const std::string& given) {
     if (chdir(folder.c_str()) != 0) throw Failure("cannot enter " + folder + ": " + std::strerror(errno));
 }
 
+// Prints the chapters of the range. Throws Failure.
+void print_chapters(const Options& options) {
+    const ShowFrames frames(options.rate);
+    const std::string text =
+        chapters_text(frames, frames.first_frame_at(options.from), frames.first_frame_at(options.to));
+    if (!common::write_all(STDOUT_FILENO, text.data(), text.size()))
+        cannot_write("to standard output", errno);
+}
+
 } // namespace
 
 int __wrap_main(int argc, char** argv) {
@@ -51,6 +63,10 @@ int __wrap_main(int argc, char** argv) {
         const Options options = parse_options(argc, argv);
         if (options.help) {
             std::fputs(kHelp, stdout);
+            return 0;
+        }
+        if (options.chapters) {
+            print_chapters(options);
             return 0;
         }
         enter_data_folder(options.data);

@@ -18,6 +18,7 @@ const char kHelp[] =
   skav-export --sheet sheet.png                 a storyboard
   skav-export --frames folder                   every frame as a PNG file
   skav-export -o - | player -                   frames on standard output
+  skav-export --chapters > chapters.txt         the list of chapters
 
 What to make:
   -o, --output PATH   .mp4 (AAC sound), .mkv (FLAC) or .mov (PCM); a PNG file or a folder with --still; - for
@@ -25,6 +26,7 @@ What to make:
       --still TIME    the picture on screen at TIME ("loading": the loading screen); may be given many times
       --sheet FILE    a PNG file with a small picture of every cue and moment
       --frames FOLDER frame-000000.png and so on, counted over the whole show
+      --chapters      print the chapters that a video of the range has, as ffmpeg reads them ("ffmetadata")
       --format FORMAT what goes to standard output: y4m (default) or rgb (raw, 3 bytes a pixel)
 
 How much of it (times are show times, in seconds or m:ss, up to 162):
@@ -36,6 +38,8 @@ How it looks:
       --scale N       draw at N times 1024x768, text and geometry sharp: 1 (default) to 4
       --supersample N smooth edges: draw at N times the size and average, 2 or 4
       --crf N         quality of the video, 0 (lossless) to 51: 18 (default)
+      --preset NAME   effort of the video's encoder, x264: veryfast (default); faster, fast, medium, slow, slower and
+                      veryslow take longer, superfast and ultrafast less
       --language LANG en or de; without it the show asks on standard input
 
       --data FOLDER   where the music and the fonts are (default: here, else ./data)
@@ -53,6 +57,7 @@ enum LongOption {
     kStill = 256,
     kSheet,
     kFrames,
+    kChapterList,
     kFormat,
     kFrom,
     kTo,
@@ -60,6 +65,7 @@ enum LongOption {
     kScale,
     kSupersample,
     kCrf,
+    kPreset,
     kLanguage,
     kData,
     kForce
@@ -70,6 +76,7 @@ const option kLongOptions[] = {
     {"still", required_argument, nullptr, kStill},
     {"sheet", required_argument, nullptr, kSheet},
     {"frames", required_argument, nullptr, kFrames},
+    {"chapters", no_argument, nullptr, kChapterList},
     {"format", required_argument, nullptr, kFormat},
     {"from", required_argument, nullptr, kFrom},
     {"to", required_argument, nullptr, kTo},
@@ -77,6 +84,7 @@ const option kLongOptions[] = {
     {"scale", required_argument, nullptr, kScale},
     {"supersample", required_argument, nullptr, kSupersample},
     {"crf", required_argument, nullptr, kCrf},
+    {"preset", required_argument, nullptr, kPreset},
     {"language", required_argument, nullptr, kLanguage},
     {"data", required_argument, nullptr, kData},
     {"force", no_argument, nullptr, kForce},
@@ -137,6 +145,7 @@ struct Targets {
     bool format = false;
     bool range = false;
     bool crf = false;
+    bool preset = false;
 };
 
 // `path` from the root on.
@@ -151,8 +160,13 @@ std::string absolute(const std::string& path) {
 void choose_job(Options& options, const Targets& targets) {
     const bool stills = !options.stills.empty();
     const bool stream = targets.output == "-";
-    if (stills + !targets.sheet.empty() + !targets.frames.empty() > 1) {
-        fail("--still, --sheet and --frames are made one at a time");
+    if (stills + !targets.sheet.empty() + !targets.frames.empty() + options.chapters > 1) {
+        fail("--still, --sheet, --frames and --chapters are made one at a time");
+    }
+    if (options.from >= options.to) fail("--from and --to: nothing lies between them");
+    if (options.chapters) {
+        if (!targets.output.empty()) fail("-o does not go with --chapters, which prints");
+        return;
     }
     if (!targets.sheet.empty() || !targets.frames.empty()) {
         options.job = targets.sheet.empty() ? Job::frames : Job::sheet;
@@ -180,7 +194,7 @@ void choose_job(Options& options, const Targets& targets) {
     if (targets.range && pictures_only) fail("--from and --to: stills and the storyboard have no range");
     if (targets.format && options.job != Job::stream) fail("--format is for -o - only");
     if (targets.crf && options.job != Job::video) fail("--crf is for video files only");
-    if (options.from >= options.to) fail("--from and --to: nothing lies between them");
+    if (targets.preset && options.job != Job::video) fail("--preset is for video files only");
 }
 
 } // namespace
@@ -208,6 +222,9 @@ Options parse_options(int argc, char** argv) {
         case kFrames:
             targets.frames = value;
             break;
+        case kChapterList:
+            options.chapters = true;
+            break;
         case kFormat:
             targets.format = true;
             options.format = one_of<StreamFormat>("--format", value,
@@ -232,7 +249,20 @@ Options parse_options(int argc, char** argv) {
             break;
         case kCrf:
             targets.crf = true;
-            options.crf = whole_number("--crf", value, 0, 51);
+            options.quality.crf = whole_number("--crf", value, 0, 51);
+            break;
+        case kPreset:
+            targets.preset = true;
+            options.quality.preset = one_of<const char*>("--preset", value,
+                                                         {{"ultrafast", "ultrafast"},
+                                                          {"superfast", "superfast"},
+                                                          {"veryfast", "veryfast"},
+                                                          {"faster", "faster"},
+                                                          {"fast", "fast"},
+                                                          {"medium", "medium"},
+                                                          {"slow", "slow"},
+                                                          {"slower", "slower"},
+                                                          {"veryslow", "veryslow"}});
             break;
         case kLanguage:
             options.language =
@@ -258,7 +288,7 @@ Options parse_options(int argc, char** argv) {
     }
     if (optind < argc) fail(std::string("unexpected argument '") + argv[optind] + "'");
     choose_job(options, targets);
-    if (options.job != Job::stream) {
+    if (options.job != Job::stream && !options.chapters) {
         options.output = absolute(options.output); // the show runs in another folder
     }
     return options;

@@ -28,12 +28,13 @@ struct Options {
     FrameRate rate;
     int scale = 1;       // of the picture: 1..4
     int supersample = 1; // 1, 2 or 4
-    int crf = 18;
+    VideoQuality quality;
     StreamFormat format = StreamFormat::y4m;
     Language language = Language::ask;
     std::string data;   // folder; empty: look for it
     bool force = false; // replace existing files without asking
     bool quiet = false;
+    bool chapters = false; // only print the chapters
     bool help = false;
 };
 

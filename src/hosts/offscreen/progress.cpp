@@ -11,7 +11,7 @@ namespace offscreen {
 
 namespace {
 
-constexpr double kSkippedCost = 0.05; // time of a skipped frame, relative to a drawn one
+constexpr double kSkippedCost = 0.03; // time of a skipped frame, relative to a drawn one
 constexpr int kBarLength = 30;
 constexpr std::chrono::milliseconds kBetweenBars(100);
 

@@ -72,7 +72,7 @@ std::unique_ptr<Sink> Run::make_sink() const {
     case Job::video:
         break;
     }
-    return make_video(options_.output, frames_, options_.crf, options_.force);
+    return make_video(options_.output, frames_, options_.quality, options_.force);
 }
 
 void Run::open_screen(int width, int height) {

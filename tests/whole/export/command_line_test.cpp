@@ -34,6 +34,19 @@ TEST(CommandLine, HelpSaysItAllAndDoesNothing) {
     EXPECT_EQ(finished.err, "");
 }
 
+TEST(CommandLine, ChaptersAreListedWithoutDrawingAnything) {
+    const Finished finished =
+        run_program({{SKAV_EXPORT, "--chapters", "--fps", "30000/1001", "--from", "70", "--to", "75"}});
+    EXPECT_EQ(finished.status, 0);
+    EXPECT_EQ(finished.err, "");
+    // 70 s is frame 2098 of the show, 74 s frame 2218, and 75 s, by then 0.3 s ahead of the music, frame 2239.
+    EXPECT_EQ(finished.out, ";FFMETADATA1\ntitle=skav\n"
+                            "[CHAPTER]\nTIMEBASE=1001/30000\nSTART=0\nEND=120\ntitle=You want:\n"
+                            "[CHAPTER]\nTIMEBASE=1001/30000\nSTART=120\nEND=141\n"
+                            "title=Scroller: into the room\n");
+    EXPECT_EQ(run_program(in_shell("\"$@\" > /dev/full", {{SKAV_EXPORT, "--chapters"}})).status, 1);
+}
+
 TEST(CommandLine, AnUnknownOptionIsOneLineAndStatus2) {
     expect_one_line(run_program(export_show({"--nonsense"})), 2, "--nonsense");
 }

@@ -6,6 +6,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "hosts/offscreen/frames/running_order.h"
 
@@ -68,6 +69,20 @@ private:
     std::int64_t switch_;
     std::int64_t count_ = 0;
 };
+
+// A chapter of a video, in frames counted from the video's first; `end` is not included.
+struct VideoChapter {
+    const char* name;
+    std::int64_t begin;
+    std::int64_t end;
+};
+
+// The chapters of a video that shows the frames [first, end): those of kChapters that have a frame there. Where its
+// first frame falls into a chapter, that chapter begins with it.
+std::vector<VideoChapter> chapters_of(const ShowFrames& frames, std::int64_t first, std::int64_t end);
+
+// The same as a text that ffmpeg reads as a file of metadata ("ffmetadata").
+std::string chapters_text(const ShowFrames& frames, std::int64_t first, std::int64_t end);
 
 // Reads "74", "12.5" or "1:14.3" (up to six decimals, not negative). Nothing else is a time.
 std::optional<ShowTime> parse_time(const std::string& text);

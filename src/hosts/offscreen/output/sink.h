@@ -86,13 +86,19 @@ std::unique_ptr<Sink> make_sheet(const std::string& path, const ShowFrames& fram
 // Bytes on `descriptor`, which stays open.
 std::unique_ptr<Sink> make_stream(int descriptor, StreamFormat format, FrameRate rate);
 
+// How x264 encodes.
+struct VideoQuality {
+    int crf = 18;                    // 0 (lossless) to 51
+    const char* preset = "veryfast"; // x264's name for how much time it takes to make the file smaller
+};
+
 // A video file: H.264 (4:2:0, BT.709) and the music, with a chapter at every cue. The extension of `path` chooses
 // what the file is for and how it holds the sound:
 //   .mp4   playing and sharing: AAC
 //   .mkv   archiving: FLAC
 //   .mov   editing, and joining ranges rendered apart: PCM
-// `crf` is x264's quality, 0 (lossless) to 51.
-std::unique_ptr<Sink> make_video(const std::string& path, const ShowFrames& frames, int crf, bool force);
+std::unique_ptr<Sink> make_video(const std::string& path, const ShowFrames& frames,
+                                 const VideoQuality& quality, bool force);
 
 // Whether `path` has one of these extensions, in capitals or not.
 bool is_video_name(const std::string& path);

@@ -7,13 +7,11 @@ extern "C" {
 #include <libswresample/swresample.h>
 }
 
-#include <algorithm>
 #include <cmath>
 #include <optional>
 
 #include "hosts/common/music.h"
 #include "hosts/offscreen/failure.h"
-#include "hosts/offscreen/frames/running_order.h"
 #include "hosts/offscreen/output/output_file.h"
 #include "hosts/offscreen/output/sink.h"
 #include "hosts/offscreen/output/yuv.h"
@@ -112,9 +110,9 @@ private:
 
 class Video : public Sink {
 public:
-    Video(const std::string& path, const ShowFrames& frames, int crf, bool force)
+    Video(const std::string& path, const ShowFrames& frames, const VideoQuality& quality, bool force)
         : path_(path), replace_(check_outputs({path}, force)), container_(*container_of(path)),
-          frames_(frames), crf_(crf), soundtrack_(frames.rate()) {
+          frames_(frames), quality_(quality), soundtrack_(frames.rate()) {
         av_log_set_level(AV_LOG_QUIET); // errors are reported by check
     }
 
@@ -215,8 +213,8 @@ private:
         video_->colorspace = AVCOL_SPC_BT709;
         video_->chroma_sample_location = AVCHROMA_LOC_LEFT;
         video_->sample_aspect_ratio = {1, 1};
-        check(av_opt_set_double(video_->priv_data, "crf", crf_, 0));
-        check(av_opt_set(video_->priv_data, "preset", "medium", 0));
+        check(av_opt_set_double(video_->priv_data, "crf", quality_.crf, 0));
+        check(av_opt_set(video_->priv_data, "preset", quality_.preset, 0));
         check(avcodec_open2(video_.get(), nullptr, nullptr));
         video_stream_ = add_stream(*video_);
         video_stream_->avg_frame_rate = video_->framerate;
@@ -280,21 +278,15 @@ private:
         }
     }
 
-    // Where the file's first picture falls into a chapter, that chapter begins with it.
     void add_chapters() {
-        const std::int64_t end = last_frame_ + 1;
-        for (int i = 0; i < kChapterCount; ++i) {
-            const std::int64_t from = std::max(frames_.first_frame_at(kChapters[i].time), first_frame_);
-            const bool last = i + 1 == kChapterCount;
-            const std::int64_t to = last ? end : std::min(frames_.first_frame_at(kChapters[i + 1].time), end);
-            if (from >= to) continue;
+        for (const VideoChapter& span : chapters_of(frames_, first_frame_, last_frame_ + 1)) {
             AVChapter* chapter = static_cast<AVChapter*>(av_mallocz(sizeof(AVChapter)));
             check(chapter ? 0 : AVERROR(ENOMEM));
-            chapter->id = i + 1;
+            chapter->id = static_cast<std::int64_t>(format_->nb_chapters) + 1;
             chapter->time_base = video_->time_base;
-            chapter->start = from - first_frame_;
-            chapter->end = to - first_frame_;
-            av_dict_set(&chapter->metadata, "title", kChapters[i].name, 0);
+            chapter->start = span.begin;
+            chapter->end = span.end;
+            av_dict_set(&chapter->metadata, "title", span.name, 0);
             void* chapters =
                 av_realloc_array(format_->chapters, format_->nb_chapters + 1, sizeof *format_->chapters);
             check(chapters ? 0 : AVERROR(ENOMEM));
@@ -307,7 +299,7 @@ private:
     bool replace_;
     const Container& container_;
     ShowFrames frames_;
-    int crf_;
+    VideoQuality quality_;
     Soundtrack soundtrack_;
     bool complete_ = false;
 
@@ -334,8 +326,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<Sink> make_video(const std::string& path, const ShowFrames& frames, int crf, bool force) {
-    return std::make_unique<Video>(path, frames, crf, force);
+std::unique_ptr<Sink> make_video(const std::string& path, const ShowFrames& frames,
+                                 const VideoQuality& quality, bool force) {
+    return std::make_unique<Video>(path, frames, quality, force);
 }
 
 bool is_video_name(const std::string& path) { return container_of(path) != nullptr; }

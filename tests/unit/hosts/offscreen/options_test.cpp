@@ -54,6 +54,14 @@ TEST(Options, AllOptionsAreRead) {
     EXPECT_TRUE(options.quiet);
 }
 
+TEST(Options, AVideoIsEncodedFastUnlessToldOtherwise) {
+    EXPECT_EQ(parse({"-o", "show.mp4"}).quality.crf, 18);
+    EXPECT_STREQ(parse({"-o", "show.mp4"}).quality.preset, "veryfast");
+    const Options options = parse({"-o", "show.mp4", "--crf", "23", "--preset", "slower"});
+    EXPECT_EQ(options.quality.crf, 23);
+    EXPECT_STREQ(options.quality.preset, "slower");
+}
+
 TEST(Options, StillsKeepTheirOrderAndTheSlashOfTheirFolder) {
     const Options options = parse({"--still", "12.5", "--still", "loading", "-o", "pictures/"});
     EXPECT_EQ(options.job, Job::stills);
@@ -82,15 +90,19 @@ TEST(Options, WhatMakesNoSenseIsNamed) {
         {{"-o", "show.mp4", "--scale", "2.5"}, "--scale"},
         {{"-o", "show.mp4", "--supersample", "3"}, "--supersample"},
         {{"-o", "show.mp4", "--crf", "52"}, "--crf"},
+        {{"-o", "show.mp4", "--preset", "quick"}, "'quick' is not ultrafast or superfast or veryfast"},
         {{"-o", "show.mp4", "--language", "fr"}, "fr"},
         {{"-o", "show.mp4", "--format", "rgb"}, "--format"},
         {{"-o", "-", "--format", "bmp"}, "bmp"},
         {{"-o", "-", "--still", "3"}, "--still"},
         {{"-o", "-", "--crf", "3"}, "--crf"},
+        {{"-o", "-", "--preset", "slow"}, "--preset"},
         {{"--still", "3"}, "-o is missing"},
         {{"--still", "200", "-o", "a.png"}, "ends at 162"},
         {{"--still", "3", "--sheet", "a.png"}, "one at a time"},
         {{"--sheet", "a.png", "-o", "b.png"}, "-o"},
+        {{"--chapters", "-o", "b.mp4"}, "-o"},
+        {{"--chapters", "--sheet", "a.png"}, "one at a time"},
         {{"--sheet", "a.png", "--from", "3"}, "range"},
         {{"-o", "show.mp4", "extra"}, "'extra'"},
         {{"-o"}, "-o needs a value"},
