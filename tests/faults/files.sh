@@ -58,7 +58,8 @@ fault_bad_music() {
         for how in missing empty folder cut garbage other hole; do refuses "$file" "$how"; done
         accepts "$file" rate 0
     done
-    note "each of 7 faults of each file is one line; --strict and the exporter end with 1, skav goes on; 48 kHz is played"
+    note "each of 7 faults of each file is one line; --strict and the exporter end with 1, skav goes on"
+    note "48 kHz is played"
 }
 
 fault_bad_fonts() {
@@ -69,7 +70,8 @@ fault_bad_fonts() {
         refuses Vera.ttf "$how"
         accepts Arial "$how" 1
     done
-    note "each of 5 faults is one line; without Vera.ttf --strict and the exporter end with 1, skav goes on; all go on without Arial"
+    note "each of 5 faults is one line; without Vera.ttf --strict and the exporter end with 1, skav goes on"
+    note "all go on without Arial"
 }
 
 # The clock runs on.

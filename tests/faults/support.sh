@@ -6,10 +6,11 @@
 
 verdict=ok
 happened=()
-started=() # processes to end
+started=()  # processes to end
+displays=() # number and process of each X server
 mounted=()
-groups=()  # control groups
-finished=  # once the program in question has ended: its status is $status, and it took $took seconds
+groups=()   # control groups
+finished=   # once the program in question has ended: its status is $status, and it took $took seconds
 
 note() { happened+=("$*"); }
 wrong() {
@@ -114,12 +115,14 @@ expect_empty() { [ -z "$(ls -A "$1")" ] || wrong "left behind: $(ls -A "$1" | he
 
 # --- Screens
 
-# server NAME CMD...: starts an X server, which becomes $DISPLAY; it is process $server.
+# start_server CMD...: starts an X server, which becomes $DISPLAY; it is process $server.
 start_server() {
     background "$@" -displayfd 1 -nolisten tcp >"$work/display" 2>"$work/server.err"
     server=$!
     eventually 20 grep -q . "$work/display" || skip "$1 does not start: $(tail -n 1 "$work/server.err")"
-    export DISPLAY=:$(<"$work/display")
+    displays+=("$(<"$work/display") $server")
+    DISPLAY=:$(<"$work/display")
+    export DISPLAY
 }
 virtual_screen() { start_server Xvfb -screen 0 1024x768x24 "$@"; }
 
@@ -164,7 +167,7 @@ start_sound() {
 
 # hears SECONDS: whether a tenth of a second of sound is played in that time.
 hears() {
-    timeout "$1" parec --device=nothing.monitor --raw --format=s16le --rate=8000 --channels=1 --latency-msec=20 2>/dev/null |
+    timeout "$1" parec --device=nothing.monitor --raw --format=s16le --rate=8000 --channels=1 --latency-msec=20 |
         stdbuf -oL od -An -v -td2 -w2 | awk '$1 > 50 || $1 < -50 { if (++loud == 800) exit } END { exit loud < 800 }'
 }
 
@@ -200,8 +203,8 @@ read_frames='
 # first moved, to half a second. A frame that was itself late is allowed for, also the one that switches the music: the
 # second file begins when it is called for.
 expect_positions() {
-    local fall jump start lag frames
-    read -r fall jump start lag frames < <(awk "$read_frames"'
+    local fall jump start lag frames before
+    read -r fall jump start lag frames before < <(awk "$read_frames"'
         $1 == "play" && plays == 2 { lost = lag; moved = $3 - offset }
         $1 == "frame" {
             if (!moved && at > 0) { moved = $3 - at; start = moved - first }
@@ -211,12 +214,16 @@ expect_positions() {
             }
             fresh = 0; last = at; before = $2; lag = lost + $3 - moved - at
         }
-        END { printf "%.2f %.2f %.2f %.2f %d\n", fall, jump, start, lag, frames }' "$work/frames")
+        END {
+            printf "%.2f %.2f %.2f %.2f %d", fall, jump, start, lag, frames
+            if (plays == 2) printf " (%.2f s before the second file)", lost
+            print ""
+        }' "$work/frames")
     holds "$fall == 0" || wrong "the position fell by $fall s"
     holds "$jump == 0" || wrong "the position jumped by $jump s"
     holds "$start <= 2.2" || wrong "the position first moved after $start s"
     holds "$lag >= $1 - 0.5 && $lag <= $1 + 0.5" || wrong "lost $lag s to real time, not $1"
-    note "$frames frames, the position started after $start s and lost $lag s from then on"
+    note "$frames frames, the position started after $start s and lost $lag s from then on${before:+ $before}"
 }
 
 # --- What a fault is made of
@@ -254,14 +261,21 @@ limit_processor() {
 
 # --- The end of a fault
 
+# An X server that is killed leaves its lock and its socket.
+remove_display() {
+    local lock=/tmp/.X$1-lock
+    [ "$(tr -d ' ' <"$lock")" = "$2" ] && rm -f "$lock" "/tmp/.X11-unix/X$1"
+}
+
 clean_up() {
     local item
     for item in "${started[@]}"; do
         kill -CONT "$item"
         kill -KILL "$item"
-    done 2>/dev/null
-    wait 2>/dev/null
+    done
+    wait
+    for item in "${displays[@]}"; do remove_display $item; done
     for item in "${groups[@]}"; do eventually 5 rmdir "$item"; done
     for item in "${mounted[@]}"; do umount "$item"; done
     rm -rf "$work"
-}
+} 2>/dev/null
