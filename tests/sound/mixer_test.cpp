@@ -145,12 +145,8 @@ TEST_F(Mixing, SkipsMoreThanIsDecoded) {
     render(1000);
     mixer_.skip(1, 150000);
     mixer_.skip(1, 1000); // one at a time
-    render(100);
-    EXPECT_FALSE(mixer_.segments().at(1e9)->running);
-    for (int patience = 0; patience < 200 && !mixer_.segments().at(1e9)->running; ++patience) {
+    for (render(100); !mixer_.segments().at(1e9)->running; render(100))
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        render(100);
-    }
     const auto device = static_cast<double>(mixer_.handed_out());
     const auto segment = mixer_.segments().at(device);
     ASSERT_TRUE(segment->running);
