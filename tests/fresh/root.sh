@@ -1,0 +1,70 @@
+# Fresh Debian systems for trials, in folders of their own. To be sourced, as root. Needs debootstrap and overlayfs.
+
+readonly roots=${SKAV_ROOTS:-/var/tmp/skav-roots} # the downloaded system stays there for the next run
+readonly release=bookworm
+readonly base=$roots/$release
+
+# Downloads the minimal system, once.
+make_base() {
+    [ -e "$base.complete" ] && return
+    rm -rf "$base"
+    mkdir -p "$base"
+    debootstrap --variant=minbase "$release" "$base" http://deb.debian.org/debian >"$base.log" 2>&1 || {
+        tail -n 5 "$base.log" >&2
+        return 1
+    }
+    # The way to the mirror is this machine's: proxies and credentials.
+    cp -n /etc/apt/apt.conf.d/* "$base/etc/apt/apt.conf.d/"
+    rm -f "$base"/etc/apt/apt.conf.d/*docker*
+    touch "$base.complete"
+}
+
+# open_root NAME: makes $root, a copy-on-write copy of the minimal system with a user `viewer`, who may use sudo where
+# that is installed.
+open_root() {
+    folder=$roots/$1.$$
+    root=$folder/root
+    mkdir -p "$folder/changes" "$folder/work" "$root"
+    mount -t overlay overlay -o "lowerdir=$base,upperdir=$folder/changes,workdir=$folder/work" "$root"
+    mount -t proc proc "$root/proc"
+    mount -t sysfs -o ro sysfs "$root/sys"
+    mount -t tmpfs -o mode=755 tmpfs "$root/dev"
+    mkdir "$root/dev/pts" "$root/dev/shm"
+    mount -t devpts -o newinstance,ptmxmode=666 devpts "$root/dev/pts"
+    mount -t tmpfs -o mode=1777 tmpfs "$root/dev/shm"
+    local device
+    for device in null zero full random urandom tty; do
+        touch "$root/dev/$device"
+        mount --bind "/dev/$device" "$root/dev/$device"
+    done
+    ln -s pts/ptmx "$root/dev/ptmx"
+    ln -s /proc/self/fd "$root/dev/fd"
+    cp /etc/resolv.conf "$root/etc/"
+    chroot "$root" useradd --create-home viewer
+}
+
+# Ends what runs in $root, and deletes it.
+close_root() {
+    [ -n "${root-}" ] || return 0
+    local process
+    for process in /proc/[0-9]*; do
+        [ "$(readlink "$process/root")" = "$root" ] && kill -KILL "${process#/proc/}"
+    done 2>/dev/null
+    sleep 0.2
+    umount --recursive "$root" || umount --recursive --lazy "$root"
+    rm -rf "$folder"
+    root=
+}
+
+# in_root COMMAND...: runs a command in $root as root, with a clean environment. as_viewer: as the user, at home.
+in_root() { env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 HOME=/root chroot "$root" "$@"; }
+as_viewer() {
+    in_root setpriv --reuid viewer --regid viewer --init-groups env HOME=/home/viewer \
+        ${DISPLAY+DISPLAY="$DISPLAY"} bash -euc "cd; $*"
+}
+
+# Installs packages in $root.
+install_packages() {
+    in_root apt-get update -qq
+    in_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "$@" >/dev/null 2>&1 </dev/null
+}
