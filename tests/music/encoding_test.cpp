@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tests/music/recording.h"
+#include "tests/support/process.h"
 
 namespace {
 
@@ -65,6 +66,17 @@ TEST(Encoding, CarriesTitleArtistYearAndLicence) {
         EXPECT_EQ(text(v2->artist), "pRANDIKS") << file.name;
         EXPECT_EQ(text(v2->year), "2026") << file.name;
         EXPECT_NE(text(v2->comment).find("CC BY 4.0"), std::string::npos) << file.name;
+    }
+}
+
+TEST(Encoding, IsReadByFfmpegWithoutAWarning) {
+    for (const MusicFile& file : kMusicFiles) {
+        Command probe;
+        probe.arguments = {"ffprobe", "-v", "warning", "-show_entries", "format_tags", path_of(file)};
+        const Finished finished = run_program(probe);
+        EXPECT_EQ(finished.status, 0) << file.name;
+        EXPECT_EQ(finished.err, "") << file.name;
+        EXPECT_NE(finished.out.find("CC BY 4.0"), std::string::npos) << finished.out;
     }
 }
 
