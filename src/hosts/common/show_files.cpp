@@ -10,10 +10,13 @@
 #include <optional>
 
 #include "hosts/common/mp3_decoder.h"
+#include "hosts/common/times.h"
 
 namespace common {
 
 namespace {
+
+constexpr double seconds(ShowTime time) { return static_cast<double>(time) / kSecond; }
 
 struct MusicFile {
     const char* name;
@@ -22,8 +25,8 @@ struct MusicFile {
 };
 
 constexpr MusicFile kMusic[] = {
-    {"zev.mp3", 74.0, "the show stands still or falls silent before 74 s"},
-    {"zev_voc.mp3", 162.0 - 74.3, "the show stands still or falls silent after 74 s"},
+    {"zev.mp3", seconds(kPieces[1].from), "the show stands still or falls silent before 74 s"},
+    {"zev_voc.mp3", seconds(kShowEnd - kPieces[1].clock), "the show stands still or falls silent after 74 s"},
 };
 
 struct FontFile {

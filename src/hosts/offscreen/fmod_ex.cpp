@@ -2,18 +2,17 @@
 // opened ends the export: without it the show would stand still for ever.
 #include <string>
 
+#include "hosts/common/frame_clock.h"
 #include "hosts/common/music.h"
 #include "hosts/common/sound_calls.h"
-#include "hosts/offscreen/frames/clock.h"
 #include "hosts/offscreen/run.h"
 
-using offscreen::Clock;
 using offscreen::Failure;
 using offscreen::for_show;
 
 namespace {
 
-Clock* g_clock = nullptr;
+common::FrameClock* g_clock = nullptr;
 
 // A piece of music: its name for the clock. The sound of the export is read from the file elsewhere.
 class Piece : public common::Sound {
@@ -57,6 +56,6 @@ public:
 
 } // namespace
 
-void offscreen::set_clock(Clock* clock) { g_clock = clock; }
+void offscreen::set_clock(common::FrameClock* clock) { g_clock = clock; }
 
 std::unique_ptr<common::Player> common::make_player() { return std::make_unique<FramePlayer>(); }

@@ -12,6 +12,7 @@
 #include "hosts/common/signals.h"
 #include "hosts/common/standard_descriptors.h"
 #include "hosts/offscreen/failure.h"
+#include "hosts/offscreen/frames/chapters.h"
 #include "hosts/offscreen/options.h"
 #include "hosts/offscreen/output/output_file.h"
 #include "hosts/offscreen/prompt.h"
@@ -48,7 +49,7 @@ void enter_data_folder(const std::string& given) {
 
 // Prints the chapters of the range. Throws Failure.
 void print_chapters(const Options& options) {
-    const ShowFrames frames(options.rate);
+    const common::ShowFrames frames(options.rate);
     const std::string text =
         chapters_text(frames, frames.first_frame_at(options.from), frames.first_frame_at(options.to));
     if (!common::write_all(STDOUT_FILENO, text.data(), text.size()))

@@ -97,10 +97,10 @@ const option kLongOptions[] = {
     throw Failure(message + " (--help lists all options)", kStatusUsage);
 }
 
-ShowTime show_time(const std::string& option, const std::string& text) {
-    const auto time = parse_time(text);
+common::ShowTime show_time(const std::string& option, const std::string& text) {
+    const auto time = common::parse_time(text);
     if (!time) fail(option + ": '" + text + "' is not a time such as 12.5 or 1:14.3");
-    if (*time > kShowEnd) fail(option + ": the show ends at 162 s, before " + text);
+    if (*time > common::kShowEnd) fail(option + ": the show ends at 162 s, before " + text);
     return *time;
 }
 
@@ -112,8 +112,8 @@ int whole_number(const std::string& option, const std::string& text, int least, 
          std::to_string(most));
 }
 
-FrameRate frame_rate(const std::string& text) {
-    const auto rate = parse_rate(text);
+common::FrameRate frame_rate(const std::string& text) {
+    const auto rate = common::parse_rate(text);
     if (!rate) fail("--fps: '" + text + "' is not a rate from 1 to 1000 such as 60, 29.97 or 30000/1001");
     return *rate;
 }
@@ -214,7 +214,7 @@ Options parse_options(int argc, char** argv) {
             targets.output = value;
             break;
         case kStill:
-            options.stills.push_back(value == "loading" ? kLoadingTime : show_time("--still", value));
+            options.stills.push_back(value == "loading" ? common::kLoadingTime : show_time("--still", value));
             break;
         case kSheet:
             targets.sheet = value;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "hosts/offscreen/frames/running_order.h"
+#include "hosts/common/times.h"
 #include "hosts/offscreen/output/sink.h"
 
 namespace offscreen {
@@ -22,10 +22,10 @@ enum class Job {
 struct Options {
     Job job = Job::video;
     std::string output; // file or folder, absolute; "-" for a stream
-    std::vector<ShowTime> stills;
-    ShowTime from = 0;
-    ShowTime to = kShowEnd; // not included
-    FrameRate rate;
+    std::vector<common::ShowTime> stills;
+    common::ShowTime from = 0;
+    common::ShowTime to = common::kShowEnd; // not included
+    common::FrameRate rate;
     int scale = 1;       // of the picture: 1..4
     int supersample = 1; // 1, 2 or 4
     VideoQuality quality;

@@ -33,7 +33,7 @@ Progress::Progress(bool quiet, std::int64_t to_draw, std::int64_t to_skip)
     : quiet_(quiet), terminal_(isatty(STDERR_FILENO) != 0), to_draw_(to_draw), to_skip_(to_skip),
       begin_(Clock::now()), shown_(begin_), first_drawn_(begin_) {}
 
-void Progress::frame(ShowTime time, bool drawn) {
+void Progress::frame(common::ShowTime time, bool drawn) {
     if (drawn_ == 0 && drawn) first_drawn_ = Clock::now();
     ++(drawn ? drawn_ : skipped_);
     if (quiet_) return;
@@ -57,14 +57,14 @@ double Progress::done() const {
     return total > 0.0 ? std::clamp(now / total, 0.0, 1.0) : 1.0;
 }
 
-std::string Progress::status(ShowTime time) const {
+std::string Progress::status(common::ShowTime time) const {
     const auto now = Clock::now();
     const double drawing = std::max(seconds_between(first_drawn_, now), 1e-3);
     const double rate = drawn_ > 1 ? static_cast<double>(drawn_ - 1) / drawing : 0.0;
     const double left = seconds_between(begin_, now) * (1.0 - done()) / std::max(done(), 1e-6);
     char text[120];
     std::snprintf(text, sizeof text, "%3d%%  show %s s  %.1f frames/s  %s left",
-                  static_cast<int>(done() * 100), seconds_text(time).c_str(), rate,
+                  static_cast<int>(done() * 100), common::seconds_text(time).c_str(), rate,
                   minutes_text(left).c_str());
     return text;
 }

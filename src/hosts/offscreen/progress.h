@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "hosts/offscreen/frames/times.h"
+#include "hosts/common/times.h"
 
 namespace offscreen {
 
@@ -15,7 +15,7 @@ public:
     Progress(bool quiet, std::int64_t to_draw, std::int64_t to_skip);
 
     // The frame of show time `time` is done.
-    void frame(ShowTime time, bool drawn);
+    void frame(common::ShowTime time, bool drawn);
 
     // The export is complete: one line with what was made, how many pictures in how much time.
     void complete(const std::string& what, std::int64_t pictures);
@@ -27,7 +27,7 @@ private:
     using Clock = std::chrono::steady_clock;
 
     double done() const; // 0..1
-    std::string status(ShowTime time) const;
+    std::string status(common::ShowTime time) const;
 
     bool quiet_;
     bool terminal_;

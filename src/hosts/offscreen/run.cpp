@@ -42,10 +42,10 @@ void Run::begin() {
     common::handle_signals();
 }
 
-FrameSet Run::wanted_frames() const {
-    FrameSet wanted;
+common::FrameSet Run::wanted_frames() const {
+    common::FrameSet wanted;
     if (options_.job == Job::stills) {
-        for (ShowTime time : options_.stills) wanted.insert(frames_.frame_on_screen_at(time));
+        for (common::ShowTime time : options_.stills) wanted.insert(frames_.frame_on_screen_at(time));
     } else if (options_.job == Job::sheet) {
         for (const Moment& moment : kMoments) wanted.insert(frames_.frame_on_screen_at(moment.time));
     } else {
@@ -56,7 +56,7 @@ FrameSet Run::wanted_frames() const {
 }
 
 std::int64_t Run::skipped_frames() const {
-    return last_wanted() + 1 + wanted(kLoadingFrame) - static_cast<std::int64_t>(wanted_.size());
+    return last_wanted() + 1 + wanted(common::kLoadingFrame) - static_cast<std::int64_t>(wanted_.size());
 }
 
 std::unique_ptr<Sink> Run::make_sink() const {
@@ -87,7 +87,7 @@ void Run::begin_display() {
     if (loading_ && ++calls_before_music_ > kMostCallsBeforeMusic) {
         throw Failure("the show does not start its music");
     }
-    if (frame() > frames_.count()) throw Failure("the show goes on after the end given in running_order.h");
+    if (frame() > frames_.count()) throw Failure("the show goes on after 162 s");
     begin_gl_frame(wanted(frame()));
 }
 
@@ -113,17 +113,17 @@ void Run::end_display() {
 // Passes the picture on the screen to the sink.
 void Run::take_picture() {
     if (!picture_origin().all_drawn()) {
-        throw Failure("the picture at " + seconds_text(frames_.time_of(frame())) +
+        throw Failure("the picture at " + common::seconds_text(frames_.time_of(frame())) +
                       " s shows something of an earlier frame that was skipped");
     }
     reader_->read({frame(), clock_.playing()});
 }
 
-// Checks that the show starts its pieces of music when running_order.h says.
+// Checks that the show starts its pieces of music when kPieces says.
 void Run::check_music() const {
     const auto playing = clock_.playing();
     if (!playing || playing->from_frame == 0 || playing->from_frame == frames_.switch_frame()) return;
-    throw Failure("the show starts " + playing->file + " at another time than running_order.h gives");
+    throw Failure("the show starts " + playing->file + " at another time than expected");
 }
 
 void Run::stop_if_asked() {

@@ -3,10 +3,10 @@
 
 #include <memory>
 
+#include "hosts/common/frame_clock.h"
 #include "hosts/offscreen/drawing/egl_screen.h"
 #include "hosts/offscreen/drawing/frame_reader.h"
 #include "hosts/offscreen/failure.h"
-#include "hosts/offscreen/frames/clock.h"
 #include "hosts/offscreen/options.h"
 #include "hosts/offscreen/output/output_thread.h"
 #include "hosts/offscreen/output/sink.h"
@@ -37,10 +37,10 @@ public:
     [[noreturn]] void fail(const Failure& failure);
 
 private:
-    std::int64_t frame() const { return loading_ ? kLoadingFrame : clock_.frame(); }
+    std::int64_t frame() const { return loading_ ? common::kLoadingFrame : clock_.frame(); }
     bool wanted(std::int64_t frame) const { return wanted_.count(frame) != 0; }
     std::int64_t last_wanted() const { return *wanted_.rbegin(); }
-    FrameSet wanted_frames() const;
+    common::FrameSet wanted_frames() const;
     std::int64_t skipped_frames() const;
     std::unique_ptr<Sink> make_sink() const;
     void take_picture();
@@ -51,9 +51,9 @@ private:
     [[noreturn]] void leave(int status);
 
     Options options_;
-    ShowFrames frames_;
-    FrameSet wanted_;
-    Clock clock_;
+    common::ShowFrames frames_;
+    common::FrameSet wanted_;
+    common::FrameClock clock_;
     bool loading_ = true; // until the music has started and the call that started it has returned
     int calls_before_music_ = 0;
     Progress progress_;
@@ -62,6 +62,9 @@ private:
     std::unique_ptr<OutputThread> output_;
     std::unique_ptr<FrameReader> reader_;
 };
+
+// The clock that the FMOD Ex calls of this host move and read.
+void set_clock(common::FrameClock* clock);
 
 // The run of this process. Main makes it before the show starts; the show's calls find it here.
 void start_run(const Options& options);

@@ -1,13 +1,13 @@
 // The exporter's sounds play frame by frame, here without an export around them.
 #include <cstdlib>
 
-#include "hosts/offscreen/frames/clock.h"
+#include "hosts/common/frame_clock.h"
 #include "hosts/offscreen/run.h"
 #include "tests/sound/hosts/let_pass.h"
 
 namespace {
 
-offscreen::Clock g_frames{{60, 1}};
+common::FrameClock g_frames{{60, 1}};
 const bool g_set = (offscreen::set_clock(&g_frames), true);
 
 } // namespace

@@ -1,27 +1,14 @@
-// What the exporter knows of the show before it runs: when its pieces of music start, when it ends, its chapters and
-// the pictures of the storyboard. These tables follow the show's timeline; a test compares the two.
+// What the exporter knows of the show before it runs: its chapters and the pictures of the storyboard. These tables
+// follow the show's timeline; a test compares the two.
 #pragma once
 
-#include <cstdint>
+#include "hosts/common/times.h"
 
 namespace offscreen {
 
-// Microseconds of show time.
-using ShowTime = std::int64_t;
-
-// A piece of music as the show plays it.
-struct Piece {
-    ShowTime from;  // when the show starts it
-    ShowTime clock; // the show time of its position 0: the clock may jump forward at the start
-};
-constexpr Piece kPieces[] = {{0, 0}, {74'000'000, 74'300'000}};
-
-// When the show ends by itself.
-constexpr ShowTime kShowEnd = 162'000'000;
-
 // One chapter per cue.
 struct Chapter {
-    ShowTime time;
+    common::ShowTime time;
     const char* name;
 };
 constexpr Chapter kChapters[] = {
@@ -43,7 +30,7 @@ constexpr int kChapterCount = static_cast<int>(sizeof kChapters / sizeof kChapte
 
 // A picture of the storyboard: just after each cue, when its flash is over, and wherever something new is seen.
 struct Moment {
-    ShowTime time;
+    common::ShowTime time;
     const char* caption;
 };
 constexpr Moment kMoments[] = {

@@ -35,9 +35,9 @@ void write_png(const Picture& picture, const std::string& path, bool replace) {
 namespace {
 
 // "012.500.png"
-std::string still_name(ShowTime time) {
-    if (time == kLoadingTime) return "loading.png";
-    const std::string text = seconds_text(time);
+std::string still_name(common::ShowTime time) {
+    if (time == common::kLoadingTime) return "loading.png";
+    const std::string text = common::seconds_text(time);
     return std::string(7 - text.size(), '0') + text + ".png";
 }
 
@@ -77,19 +77,20 @@ private:
 
 } // namespace
 
-std::unique_ptr<Sink> make_stills(const std::vector<ShowTime>& times, const ShowFrames& frames,
-                                  const std::string& output, bool force) {
+std::unique_ptr<Sink> make_stills(const std::vector<common::ShowTime>& times,
+                                  const common::ShowFrames& frames, const std::string& output, bool force) {
     const bool into_folder = times.size() > 1 || is_folder(output);
     if (into_folder) make_folder(output);
     PngFiles::Paths paths;
-    for (ShowTime time : times) {
+    for (common::ShowTime time : times) {
         paths.emplace(frames.frame_on_screen_at(time),
                       into_folder ? (fs::path(output) / still_name(time)).string() : output);
     }
     return std::make_unique<PngFiles>(paths, force);
 }
 
-std::unique_ptr<Sink> make_frame_folder(const std::string& folder, const FrameSet& wanted, bool force) {
+std::unique_ptr<Sink> make_frame_folder(const std::string& folder, const common::FrameSet& wanted,
+                                        bool force) {
     make_folder(folder);
     PngFiles::Paths paths;
     for (std::int64_t frame : wanted) {

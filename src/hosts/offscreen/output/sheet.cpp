@@ -93,7 +93,7 @@ void reduce(const Picture& from, Picture& to, int left, int top) {
 
 class Sheet : public Sink {
 public:
-    Sheet(const std::string& path, const ShowFrames& frames, bool force)
+    Sheet(const std::string& path, const common::ShowFrames& frames, bool force)
         : path_(path), replace_(check_outputs({path}, force)) {
         for (int i = 0; i < kMomentCount; ++i) {
             places_.emplace(frames.frame_on_screen_at(kMoments[i].time), i);
@@ -121,7 +121,7 @@ public:
             const int base = top + thumb_height + margin / 4 + size;
             const int time_width = thumb_width / 4;
             reduce(picture, sheet_, left, top);
-            pen.draw(sheet_, left, base, time_width, seconds_text(moment.time), kTimeLevel);
+            pen.draw(sheet_, left, base, time_width, common::seconds_text(moment.time), kTimeLevel);
             pen.draw(sheet_, left + time_width, base, thumb_width - time_width, moment.caption, kTextLevel);
         }
     }
@@ -139,7 +139,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<Sink> make_sheet(const std::string& path, const ShowFrames& frames, bool force) {
+std::unique_ptr<Sink> make_sheet(const std::string& path, const common::ShowFrames& frames, bool force) {
     return std::make_unique<Sheet>(path, frames, force);
 }
 

@@ -8,13 +8,13 @@
 #include <string>
 #include <vector>
 
-#include "hosts/offscreen/frames/clock.h"
+#include "hosts/common/frame_clock.h"
 
 namespace offscreen {
 
 struct PictureInfo {
     std::int64_t frame = 0;
-    std::shared_ptr<const Played> sound; // what is heard from this frame's time on; null: nothing
+    std::shared_ptr<const common::Played> sound; // what is heard from this frame's time on; null: nothing
 };
 
 struct Picture {
@@ -72,19 +72,20 @@ enum class StreamFormat {
 
 // PNG files of single moments. One time goes to the file `output`, unless that is a folder or ends in a slash;
 // several go into the folder `output`, which is made if it is missing, under names such as 012.500.png.
-std::unique_ptr<Sink> make_stills(const std::vector<ShowTime>& times, const ShowFrames& frames,
-                                  const std::string& output, bool force);
+std::unique_ptr<Sink> make_stills(const std::vector<common::ShowTime>& times,
+                                  const common::ShowFrames& frames, const std::string& output, bool force);
 
 // Every picture of `wanted` as a PNG file in `folder`, which is made if it is missing: frame-000000.png and so on,
 // counted over the whole show, so that ranges rendered apart fit together.
-std::unique_ptr<Sink> make_frame_folder(const std::string& folder, const FrameSet& wanted, bool force);
+std::unique_ptr<Sink> make_frame_folder(const std::string& folder, const common::FrameSet& wanted,
+                                        bool force);
 
 // The storyboard: a PNG file `path` with a small picture of each of kMoments, its time and its caption. The captions
 // are set in Vera.ttf of the current folder.
-std::unique_ptr<Sink> make_sheet(const std::string& path, const ShowFrames& frames, bool force);
+std::unique_ptr<Sink> make_sheet(const std::string& path, const common::ShowFrames& frames, bool force);
 
 // Bytes on `descriptor`, which stays open.
-std::unique_ptr<Sink> make_stream(int descriptor, StreamFormat format, FrameRate rate);
+std::unique_ptr<Sink> make_stream(int descriptor, StreamFormat format, common::FrameRate rate);
 
 // How x264 encodes.
 struct VideoQuality {
@@ -97,7 +98,7 @@ struct VideoQuality {
 //   .mp4   playing and sharing: AAC
 //   .mkv   archiving: FLAC
 //   .mov   editing, and joining ranges rendered apart: PCM
-std::unique_ptr<Sink> make_video(const std::string& path, const ShowFrames& frames,
+std::unique_ptr<Sink> make_video(const std::string& path, const common::ShowFrames& frames,
                                  const VideoQuality& quality, bool force);
 
 // Whether `path` has one of these extensions, in capitals or not.

@@ -22,7 +22,7 @@ constexpr const char* kName = "to standard output";
 
 class Stream : public Sink {
 public:
-    Stream(int descriptor, StreamFormat format, FrameRate rate)
+    Stream(int descriptor, StreamFormat format, common::FrameRate rate)
         : descriptor_(descriptor), format_(format), rate_(rate) {
         if (::write(descriptor, nullptr, 0) != 0) cannot_write(kName, errno); // it may be closed
     }
@@ -69,7 +69,7 @@ private:
 
     int descriptor_;
     StreamFormat format_;
-    FrameRate rate_;
+    common::FrameRate rate_;
     std::unique_ptr<YuvConverter> converter_; // null until the first picture
     AvFramePtr frame_;
     std::vector<std::uint8_t> bytes_;
@@ -77,7 +77,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<Sink> make_stream(int descriptor, StreamFormat format, FrameRate rate) {
+std::unique_ptr<Sink> make_stream(int descriptor, StreamFormat format, common::FrameRate rate) {
     return std::make_unique<Stream>(descriptor, format, rate);
 }
 

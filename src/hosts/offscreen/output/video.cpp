@@ -12,6 +12,7 @@ extern "C" {
 
 #include "hosts/common/music.h"
 #include "hosts/offscreen/failure.h"
+#include "hosts/offscreen/frames/chapters.h"
 #include "hosts/offscreen/output/output_file.h"
 #include "hosts/offscreen/output/sink.h"
 #include "hosts/offscreen/output/yuv.h"
@@ -71,7 +72,7 @@ struct FifoDeleter {
 // The samples that are heard while frames are on screen.
 class Soundtrack {
 public:
-    explicit Soundtrack(FrameRate rate) : rate_(rate) {}
+    explicit Soundtrack(common::FrameRate rate) : rate_(rate) {}
 
     // The samples (left, right, left, ...) that are heard while the frame is on screen: from its first moment up to
     // the next frame's, counted from the start of the show, so that the sound of ranges joins to the sample. Silence
@@ -91,7 +92,7 @@ public:
     }
 
 private:
-    void open(const std::shared_ptr<const Played>& piece) {
+    void open(const std::shared_ptr<const common::Played>& piece) {
         common::Mp3Error error = common::Mp3Error::none;
         music_ = common::Music::open(piece->file, error);
         if (!music_) throw Failure("cannot decode the music in " + piece->file);
@@ -102,15 +103,15 @@ private:
         return frame * common::kSoundRate * rate_.seconds / rate_.frames;
     }
 
-    FrameRate rate_;
-    std::shared_ptr<const Played> piece_;
+    common::FrameRate rate_;
+    std::shared_ptr<const common::Played> piece_;
     std::unique_ptr<common::Music> music_;
     std::vector<float> samples_;
 };
 
 class Video : public Sink {
 public:
-    Video(const std::string& path, const ShowFrames& frames, const VideoQuality& quality, bool force)
+    Video(const std::string& path, const common::ShowFrames& frames, const VideoQuality& quality, bool force)
         : path_(path), replace_(check_outputs({path}, force)), container_(*container_of(path)),
           frames_(frames), quality_(quality), soundtrack_(frames.rate()) {
         av_log_set_level(AV_LOG_QUIET); // errors are reported by check
@@ -200,7 +201,7 @@ private:
 
     void open_video(int width, int height) {
         video_ = make_codec(avcodec_find_encoder_by_name("libx264"), "H.264 (x264)");
-        const FrameRate rate = frames_.rate();
+        const common::FrameRate rate = frames_.rate();
         video_->width = width;
         video_->height = height;
         video_->pix_fmt = AV_PIX_FMT_YUV420P;
@@ -298,7 +299,7 @@ private:
     std::string path_;
     bool replace_;
     const Container& container_;
-    ShowFrames frames_;
+    common::ShowFrames frames_;
     VideoQuality quality_;
     Soundtrack soundtrack_;
     bool complete_ = false;
@@ -326,7 +327,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<Sink> make_video(const std::string& path, const ShowFrames& frames,
+std::unique_ptr<Sink> make_video(const std::string& path, const common::ShowFrames& frames,
                                  const VideoQuality& quality, bool force) {
     return std::make_unique<Video>(path, frames, quality, force);
 }

@@ -33,7 +33,7 @@ TEST(Options, AVideoIsTheWholeShowAtSixtyFramesPerSecond) {
     EXPECT_EQ(options.job, Job::video);
     EXPECT_EQ(options.output.front(), '/');
     EXPECT_EQ(options.from, 0);
-    EXPECT_EQ(options.to, kShowEnd);
+    EXPECT_EQ(options.to, common::kShowEnd);
     EXPECT_EQ(options.rate.frames, 60);
     EXPECT_EQ(options.language, Language::ask);
     EXPECT_FALSE(options.quiet);
@@ -45,7 +45,7 @@ TEST(Options, AllOptionsAreRead) {
                "--supersample", "2", "--language", "en", "--data", "music", "-q"});
     EXPECT_EQ(options.job, Job::stream);
     EXPECT_EQ(options.format, StreamFormat::rgb);
-    EXPECT_EQ(options.from, 10 * kSecond);
+    EXPECT_EQ(options.from, 10 * common::kSecond);
     EXPECT_EQ(options.to, 74'300'000);
     EXPECT_EQ(options.scale, 3);
     EXPECT_EQ(options.supersample, 2);
@@ -65,7 +65,7 @@ TEST(Options, AVideoIsEncodedFastUnlessToldOtherwise) {
 TEST(Options, StillsKeepTheirOrderAndTheSlashOfTheirFolder) {
     const Options options = parse({"--still", "12.5", "--still", "loading", "-o", "pictures/"});
     EXPECT_EQ(options.job, Job::stills);
-    EXPECT_EQ(options.stills, (std::vector<ShowTime>{12'500'000, kLoadingTime}));
+    EXPECT_EQ(options.stills, (std::vector<common::ShowTime>{12'500'000, common::kLoadingTime}));
     EXPECT_EQ(options.output.back(), '/');
 }
 

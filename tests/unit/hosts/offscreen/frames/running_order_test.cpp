@@ -24,7 +24,7 @@ TEST(RunningOrder, EveryCueOpensAChapterAndTheLastOneEndsTheShow) {
         try {
             run_timeline();
         } catch (const recording::Exited&) {
-            EXPECT_EQ(ms * 1000, kShowEnd);
+            EXPECT_EQ(ms * 1000, common::kShowEnd);
             ended = true;
         }
         if (g_cue == cue || ended) continue;
@@ -39,9 +39,9 @@ TEST(RunningOrder, EveryCueOpensAChapterAndTheLastOneEndsTheShow) {
 
 TEST(RunningOrder, TheStoryboardHasAPictureAfterEveryCueInOrder) {
     for (int i = 1; i < kMomentCount; ++i) EXPECT_GT(kMoments[i].time, kMoments[i - 1].time);
-    EXPECT_LT(kMoments[kMomentCount - 1].time, kShowEnd);
+    EXPECT_LT(kMoments[kMomentCount - 1].time, common::kShowEnd);
     for (int i = 0; i < kChapterCount; ++i) {
-        const ShowTime end = i + 1 < kChapterCount ? kChapters[i + 1].time : kShowEnd;
+        const common::ShowTime end = i + 1 < kChapterCount ? kChapters[i + 1].time : common::kShowEnd;
         bool seen = false;
         for (const Moment& moment : kMoments) seen |= moment.time >= kChapters[i].time && moment.time < end;
         EXPECT_TRUE(seen) << kChapters[i].name;

@@ -6,9 +6,9 @@
 #include <memory>
 #include <string>
 
-#include "hosts/offscreen/frames/times.h"
+#include "hosts/common/times.h"
 
-namespace offscreen {
+namespace common {
 
 // A piece of music that the show plays.
 struct Played {
@@ -16,9 +16,9 @@ struct Played {
     std::int64_t from_frame; // the frame at whose time it starts, at its beginning
 };
 
-class Clock {
+class FrameClock {
 public:
-    explicit Clock(FrameRate rate) : rate_(rate) {}
+    explicit FrameClock(FrameRate rate) : rate_(rate) {}
 
     // The frame being drawn: 0 until music has started.
     std::int64_t frame() const { return frame_; }
@@ -52,7 +52,4 @@ private:
     std::shared_ptr<const Played> playing_;
 };
 
-// The clock that the FMOD Ex calls of this host move and read.
-void set_clock(Clock* clock);
-
-} // namespace offscreen
+} // namespace common

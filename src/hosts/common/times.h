@@ -1,5 +1,5 @@
 // Show times, frame rates, and which frames the show has at a rate. All exact: on every machine a frame belongs to a
-// time or it does not.
+// time or it does not. The tables follow the show's timeline; a test compares the two.
 #pragma once
 
 #include <cstdint>
@@ -8,11 +8,22 @@
 #include <string>
 #include <vector>
 
-#include "hosts/offscreen/frames/running_order.h"
+namespace common {
 
-namespace offscreen {
+// Microseconds of show time.
+using ShowTime = std::int64_t;
 
 constexpr ShowTime kSecond = 1'000'000;
+
+// A piece of music as the show plays it.
+struct Piece {
+    ShowTime from;  // when the show starts it
+    ShowTime clock; // the show time of its position 0: the clock may jump forward at the start
+};
+constexpr Piece kPieces[] = {{0, 0}, {74'000'000, 74'300'000}};
+
+// When the show ends by itself.
+constexpr ShowTime kShowEnd = 162'000'000;
 
 // Everything before the first frame: the loading screens.
 constexpr ShowTime kLoadingTime = -1;
@@ -39,7 +50,7 @@ struct FrameRate {
 };
 
 // The frames of the show at a rate. Frame k is drawn at exactly k / rate of music; its show time jumps where the
-// second piece of music starts (running_order.h).
+// second piece of music starts (kPieces).
 class ShowFrames {
 public:
     explicit ShowFrames(FrameRate rate);
@@ -70,20 +81,6 @@ private:
     std::int64_t count_ = 0;
 };
 
-// A chapter of a video, in frames counted from the video's first; `end` is not included.
-struct VideoChapter {
-    const char* name;
-    std::int64_t begin;
-    std::int64_t end;
-};
-
-// The chapters of a video that shows the frames [first, end): those of kChapters that have a frame there. Where its
-// first frame falls into a chapter, that chapter begins with it.
-std::vector<VideoChapter> chapters_of(const ShowFrames& frames, std::int64_t first, std::int64_t end);
-
-// The same as a text that ffmpeg reads as a file of metadata ("ffmetadata").
-std::string chapters_text(const ShowFrames& frames, std::int64_t first, std::int64_t end);
-
 // Reads "74", "12.5" or "1:14.3" (up to six decimals, not negative). Nothing else is a time.
 std::optional<ShowTime> parse_time(const std::string& text);
 
@@ -93,4 +90,4 @@ std::optional<FrameRate> parse_rate(const std::string& text);
 // "74.300": seconds with three decimals, rounded down.
 std::string seconds_text(ShowTime time);
 
-} // namespace offscreen
+} // namespace common

@@ -1,11 +1,11 @@
-#include "hosts/offscreen/frames/times.h"
+#include "hosts/common/times.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <string_view>
 
-namespace offscreen {
+namespace common {
 
 namespace {
 
@@ -77,28 +77,6 @@ std::int64_t ShowFrames::frame_on_screen_at(ShowTime time) const {
     return std::clamp<std::int64_t>(frame, 0, count_ - 1);
 }
 
-std::vector<VideoChapter> chapters_of(const ShowFrames& frames, std::int64_t first, std::int64_t end) {
-    std::vector<VideoChapter> chapters;
-    for (int i = 0; i < kChapterCount; ++i) {
-        const bool last = i + 1 == kChapterCount;
-        const std::int64_t begins = std::max(frames.first_frame_at(kChapters[i].time), first);
-        const std::int64_t ends = last ? end : std::min(frames.first_frame_at(kChapters[i + 1].time), end);
-        if (begins < ends) chapters.push_back({kChapters[i].name, begins - first, ends - first});
-    }
-    return chapters;
-}
-
-std::string chapters_text(const ShowFrames& frames, std::int64_t first, std::int64_t end) {
-    const FrameRate rate = frames.rate();
-    const std::string time_base = std::to_string(rate.seconds) + "/" + std::to_string(rate.frames);
-    std::string text = ";FFMETADATA1\ntitle=skav\n";
-    for (const VideoChapter& chapter : chapters_of(frames, first, end)) {
-        text += "[CHAPTER]\nTIMEBASE=" + time_base + "\nSTART=" + std::to_string(chapter.begin) +
-                "\nEND=" + std::to_string(chapter.end) + "\ntitle=" + chapter.name + "\n";
-    }
-    return text;
-}
-
 std::optional<ShowTime> parse_time(const std::string& text) {
     const std::size_t colon = text.find(':');
     if (colon == text.npos) return parse_millionths(text);
@@ -132,4 +110,4 @@ std::string seconds_text(ShowTime time) {
     return text;
 }
 
-} // namespace offscreen
+} // namespace common
