@@ -65,8 +65,8 @@ TEST_F(ShowFiles, AreAllNamedWhenTheFolderIsWrong) {
     ASSERT_EQ(problems.size(), 4u);
     EXPECT_EQ(to_line(problems[0]),
               "zev.mp3: /nowhere/zev.mp3 is missing: the show stands still or falls silent before 74 s. "
-              "Start where the "
-              "show's files are, or put the file there (in a checkout: git checkout -- data/zev.mp3).");
+              "Name the folder of "
+              "the show's files with --data, or put the file there (in a checkout: git checkout -- data/zev.mp3).");
     for (const common::FileProblem& problem : problems) EXPECT_EQ(problem.problem, "is missing");
 }
 

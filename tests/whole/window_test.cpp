@@ -111,41 +111,6 @@ INSTANTIATE_TEST_SUITE_P(Numbers, Signals,
                                          std::pair<int, std::string>(SIGQUIT, "picture"),
                                          std::pair<int, std::string>(SIGINT, "busy")));
 
-TEST(CommandLine, PrintsItsUsageBeforeAnyQuestion) {
-    Process show(Command{{SKAV_ON_CLOCK_PROGRAM, "--help"}, {}, {}, true});
-    EXPECT_EQ(0, show.wait());
-    EXPECT_EQ(0u, show.output().find("Usage: "));
-    EXPECT_EQ(std::string::npos, show.output().find("[G/e]"));
-    EXPECT_EQ("", show.errors());
-}
-
-TEST(Prompt, IsSeenBeforeItIsAnswered) {
-    Process show(Command{{SKAV_ON_CLOCK_PROGRAM}, {}, DATA_DIRECTORY, true});
-    EXPECT_TRUE(eventually([&] { return show.output() == "German or English Text [G/e]?: "; }));
-    EXPECT_TRUE(show.running());
-}
-
-class WrongOption : public testing::TestWithParam<std::string> {};
-
-TEST_P(WrongOption, IsRefusedBeforeAnyQuestion) {
-    Process show(Command{{SKAV_ON_CLOCK_PROGRAM, GetParam()}, {}, {}, true});
-    EXPECT_EQ(2, show.wait());
-    EXPECT_EQ("", show.output());
-    EXPECT_EQ(1, count_lines(show.errors()));
-    EXPECT_NE(std::string::npos, show.errors().find("'" + GetParam() + "'"));
-}
-
-INSTANTIATE_TEST_SUITE_P(Words, WrongOption, testing::Values("--fullscreen", "-w", "file", "-display"));
-
-TEST(CommandLine, NamesTheDisplay) {
-    const auto server = DisplayServer::virtual_screen(320, 240);
-    const Viewer screen(server->name());
-    Command command = test_show(*server, "picture", {"-display", server->name()});
-    command.environment["DISPLAY"] = std::nullopt;
-    Process show(command);
-    EXPECT_TRUE(eventually([&] { return shows_test_picture(screen.picture(), {0, 0, 320, 240}); }));
-}
-
 // Starts the whole show where it cannot play, and expects one line that names what is missing.
 void expect_one_line(const std::map<std::string, std::optional<std::string>>& environment,
                      const std::string& missing) {
@@ -154,50 +119,6 @@ void expect_one_line(const std::map<std::string, std::optional<std::string>>& en
     EXPECT_EQ(1, count_lines(show.errors())) << show.errors();
     EXPECT_NE(std::string::npos, show.errors().find(missing)) << show.errors();
     EXPECT_EQ("German or English Text [G/e]?: German screen text...\n\n", show.output());
-}
-
-// A folder with those of the show's files.
-void put_files(const TestFolder& folder, const std::vector<std::string>& names) {
-    for (const std::string& name : names) {
-        std::filesystem::copy_file(std::filesystem::path(DATA_DIRECTORY) / name, folder / name);
-    }
-}
-
-// Without a display, since what is checked comes before it is touched.
-Command show_in(const TestFolder& folder, const std::vector<std::string>& options = {}) {
-    Command command{{SKAV_ON_CLOCK_PROGRAM}, {{"DISPLAY", std::nullopt}}, folder.path()};
-    command.arguments.insert(command.arguments.end(), options.begin(), options.end());
-    return command;
-}
-
-TEST(Files, ThatAreMissingAreNamedAndTheShowGoesOn) {
-    const TestFolder folder;
-    put_files(folder, {"zev.mp3", "Arial"});
-    Process show(show_in(folder));
-    EXPECT_EQ(1, show.wait());
-    EXPECT_EQ(3, count_lines(show.errors())) << "two files and the display:\n" << show.errors();
-    EXPECT_NE(std::string::npos, show.errors().find("skav-on-clock: zev_voc.mp3: ")) << show.errors();
-    EXPECT_NE(std::string::npos, show.errors().find("skav-on-clock: Vera.ttf: ")) << show.errors();
-    EXPECT_NE(std::string::npos, show.output().find("[G/e]")) << "the show has started";
-}
-
-TEST(Files, ThatAreMissingEndAStrictStartBeforeAnyQuestion) {
-    const TestFolder folder;
-    put_files(folder, {"zev.mp3", "Arial"});
-    Process show(show_in(folder, {"--strict"}));
-    EXPECT_EQ(1, show.wait());
-    EXPECT_EQ(2, count_lines(show.errors())) << show.errors();
-    EXPECT_EQ("", show.output());
-}
-
-TEST(Files, ThatTheShowDoesWithoutAreNamedOnly) {
-    const TestFolder folder;
-    put_files(folder, {"zev.mp3", "zev_voc.mp3", "Vera.ttf"});
-    Process show(show_in(folder, {"--strict"}));
-    EXPECT_EQ(1, show.wait()) << "without a display";
-    EXPECT_EQ(2, count_lines(show.errors())) << show.errors();
-    EXPECT_EQ(0u, show.errors().find("skav-on-clock: Arial: ")) << show.errors();
-    EXPECT_NE(std::string::npos, show.output().find("[G/e]")) << "the show has started";
 }
 
 TEST(WithoutDisplay, SaysThatDisplayIsNotSet) {

@@ -3,11 +3,18 @@
 #include <ft2build.h>
 #include FT_FREETYPE_H
 
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 
 #include "hosts/common/mp3_decoder.h"
 #include "hosts/common/times.h"
@@ -100,33 +107,76 @@ std::optional<std::string> font_problem(const std::string& path) {
     return {};
 }
 
+// `path` from the root on; as it is where there is no working directory.
+std::filesystem::path absolute(const std::filesystem::path& path) {
+    std::error_code no_working_directory;
+    const std::filesystem::path whole = std::filesystem::absolute(path, no_working_directory);
+    return no_working_directory ? path : (whole / "").lexically_normal().parent_path();
+}
+
+// Whether the folder has a music file of the show, usable or not.
+bool has_music(const std::string& folder) {
+    return std::any_of(std::begin(kMusic), std::end(kMusic), [&](const MusicFile& file) {
+        std::error_code unknown;
+        return std::filesystem::exists(std::filesystem::path(folder) / file.name, unknown);
+    });
+}
+
+// "/a, /b or /c"
+std::string alternatives(const std::vector<std::string>& folders) {
+    std::string text;
+    for (const std::string& folder : folders)
+        text += (text.empty() ? "" : &folder == &folders.back() ? " or " : ", ") + absolute(folder).string();
+    return text;
+}
+
 } // namespace
 
 std::string to_line(const FileProblem& problem) {
     const std::string remedy = problem.problem == "is missing"
-                                   ? "Start where the show's files are, or put the file there"
+                                   ? "Name the folder of the show's files with --data, or put the file there"
                                    : "Put the show's own file there";
     return problem.name + ": " + problem.path + " " + problem.problem + ": " + problem.effect + ". " +
            remedy + " (in a checkout: git checkout -- data/" + problem.name + ").";
 }
 
 std::vector<FileProblem> show_file_problems(const std::string& folder) {
-    std::error_code no_working_directory;
-    std::filesystem::path absolute =
-        std::filesystem::absolute(folder, no_working_directory).lexically_normal();
-    if (no_working_directory) absolute = folder;
     std::vector<FileProblem> problems;
     for (const MusicFile& file : kMusic) {
-        const std::string path = absolute / file.name;
+        const std::string path = absolute(folder) / file.name;
         if (const auto problem = music_problem(path, file.needed))
             problems.push_back({file.name, path, *problem, file.effect, false});
     }
     for (const FontFile& file : kFonts) {
-        const std::string path = absolute / file.name;
+        const std::string path = absolute(folder) / file.name;
         if (const auto problem = font_problem(path))
             problems.push_back({file.name, path, *problem, file.effect, file.optional});
     }
     return problems;
+}
+
+std::vector<std::string> data_folders() {
+    std::error_code unknown;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown).parent_path();
+    return {".", "data", program, program / "data", SKAV_DATA_FOLDER};
+}
+
+DataFolder enter_data_folder(const std::string& given) {
+    const std::vector<std::string> folders = given.empty() ? data_folders() : std::vector<std::string>{given};
+    const auto found =
+        given.empty() ? std::find_if(folders.begin(), folders.end(), has_music) : folders.begin();
+    if (found == folders.end())
+        return {false,
+                {"the show's files are not in " + alternatives(folders) +
+                 ": the show stands still without them. Name their folder with --data."}};
+    if (chdir(found->c_str()) != 0)
+        throw std::runtime_error("cannot enter '" + *found + "': " + std::strerror(errno));
+    DataFolder data{true, {}};
+    for (const FileProblem& problem : show_file_problems(".")) {
+        data.complete = data.complete && problem.optional;
+        data.problems.push_back(to_line(problem));
+    }
+    return data;
 }
 
 double needed_seconds(const std::string& name) {

@@ -1,7 +1,7 @@
 // The program's entry, ahead of the show's own: the linker gives `main` to the first of these and the show's to the
 // second (--wrap=main).
-#include <cstdio>
-
+#include "hosts/common/options.h"
+#include "hosts/common/prompt.h"
 #include "hosts/common/show_files.h"
 #include "hosts/common/standard_descriptors.h"
 #include "hosts/desktop/message.h"
@@ -12,22 +12,24 @@ int __wrap_main(int argc, char** argv);
 int __real_main(int argc, char** argv);
 }
 
-// Says what is wrong with the show's files; whether the show has all that it needs.
-static bool check_files() {
-    bool complete = true;
-    for (const common::FileProblem& problem : common::show_file_problems(".")) {
-        desktop::say(common::to_line(problem));
-        complete = complete && problem.optional;
-    }
-    return complete;
-}
+using namespace desktop;
 
 int __wrap_main(int argc, char** argv) {
     common::open_standard_descriptors();
-    std::vector<char*> remaining = desktop::read_options(argc, argv);
-    if (!check_files() && desktop::options().strict) return 1;
-    std::setvbuf(stdout, nullptr, _IONBF, 0); // the show's question is seen at once, also through a pipe
-    const int count = static_cast<int>(remaining.size());
-    remaining.push_back(nullptr);
-    return __real_main(count, remaining.data());
+    try {
+        const std::string answer = read_options(argc, argv);
+        if (!answer.empty()) return common::print_answer(answer);
+        const common::DataFolder data = common::enter_data_folder(options().data);
+        for (const std::string& problem : data.problems) say(problem);
+        if (!data.complete && options().strict) return 1;
+        common::begin_prompt(options().language);
+    } catch (const common::UsageError& error) {
+        say(error.what());
+        return 2;
+    } catch (const std::exception& error) {
+        say(error.what());
+        return 1;
+    }
+    char* program[] = {argv[0], nullptr}; // all options have been read
+    return __real_main(argc > 0 ? 1 : 0, program);
 }

@@ -1,78 +1,58 @@
 #include "hosts/desktop/options.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <cstdio>
 #include <cstdlib>
-#include <string>
+#include <cstring>
 
-#include "hosts/desktop/message.h"
+#include "hosts/common/options.h"
 
 namespace desktop {
 namespace {
 
 Options g_options;
 
-struct GlutOption {
-    const char* name;
-    bool takes_value;
-};
+const char kAbout[] =
+    R"(Plays the show: 162 seconds of music and pictures, full screen. It switches to
+1024x768 at 60 Hz where the screen has that mode; otherwise the picture is
+scaled to the screen as it is.
 
-constexpr GlutOption kGlutOptions[] = {
-    {"-display", true}, {"-geometry", true}, {"-direct", false}, {"-indirect", false},
-    {"-iconic", false}, {"-gldebug", false}, {"-sync", false},
-};
+Warning: the show contains bright flashing light.
+)";
 
-const GlutOption* find_glut_option(const std::string& argument) {
-    for (const GlutOption& option : kGlutOptions) {
-        if (argument == option.name) return &option;
-    }
-    return nullptr;
-}
+const char kNotes[] =
+    R"(Ctrl-C ends the show early. The exit status is 0 when the show has ended or its
+window was closed, 1 when something failed, 2 for a bad command line and
+128 + n after signal n.
+)";
 
-[[noreturn]] void print_usage_and_exit() {
-    std::printf("Usage: %s [--window] [--strict] [-display NAME]\n"
-                "\n"
-                "  --window        play in a window that can be resized and closed\n"
-                "  --strict        do not start if a file that the show needs cannot be used; else\n"
-                "                  it plays as far as it can\n"
-                "  -display NAME   the X display to play on, instead of $DISPLAY\n"
-                "  -h, --help      print this text\n"
-                "\n"
-                "Without --window it plays full screen: in the 1024x768 mode at 60 Hz where the\n"
-                "screen has it, else scaled to the screen as it is.\n",
-                program_invocation_short_name);
-    std::exit(0);
-}
-
-[[noreturn]] void refuse(const std::string& reason) {
-    fail(2, reason + "; try '" + program_invocation_short_name + " --help'");
+common::CommandLine command_line(Options& options) {
+    using common::set;
+    return {kAbout,
+            {{"How much of it:",
+              {{"from", 0, "TIME",
+                "begin at TIME of the show, in seconds or m:ss, up to 162; what comes before is run without "
+                "being drawn",
+                [&](const std::string& value) { options.from = common::show_time(value); }}}},
+             {"How it looks:",
+              {common::language_option(options.language),
+               {"window", 0, "", "play in a window that can be resized and closed", set(options.window)},
+               {"display", 0, "NAME", "the X display to play on, instead of $DISPLAY; also -display",
+                [](const std::string& value) { setenv("DISPLAY", value.c_str(), 1); }}}},
+             {"Other:",
+              {common::data_option(options.data),
+               {"strict", 0, "",
+                "do not start if a file that the show needs cannot be used; without this it plays as far as "
+                "it can",
+                set(options.strict)}}}},
+            kNotes};
 }
 
 } // namespace
 
-std::vector<char*> read_options(int argc, char** argv) {
-    std::vector<char*> remaining(argv, argv + std::min(argc, 1));
-    for (int i = 1; i < argc; ++i) {
-        const std::string argument = argv[i];
-        if (argument == "--help" || argument == "-h") print_usage_and_exit();
-        if (argument == "--window") {
-            g_options.window = true;
-            continue;
-        }
-        if (argument == "--strict") {
-            g_options.strict = true;
-            continue;
-        }
-        const GlutOption* glut_option = find_glut_option(argument);
-        if (!glut_option) refuse("unknown option '" + argument + "'");
-        remaining.push_back(argv[i]);
-        if (!glut_option->takes_value) continue;
-        if (i + 1 == argc) refuse("option '" + argument + "' needs a value");
-        remaining.push_back(argv[++i]);
-        if (argument == "-display") setenv("DISPLAY", argv[i], 1);
-    }
-    return remaining;
+std::string read_options(int argc, char** argv) {
+    static char display[] = "--display"; // which X programs spell with one dash
+    for (int i = 1; i < argc; ++i)
+        if (std::strcmp(argv[i], "-display") == 0) argv[i] = display;
+    return common::read_options(argc, argv, command_line(g_options)).answer;
 }
 
 const Options& options() { return g_options; }

@@ -1,20 +1,25 @@
-// The command line. It is read before the show asks its question, so that a wrong option is refused at once.
+// The command line of skav.
 #pragma once
 
-#include <vector>
+#include <string>
+
+#include "hosts/common/prompt.h"
+#include "hosts/common/times.h"
 
 namespace desktop {
 
 struct Options {
-    bool window = false; // --window: no full screen
-    bool strict = false; // --strict: no show without its files
+    common::ShowTime from = 0; // where the show begins
+    common::Language language = common::Language::ask;
+    bool window = false; // no full screen
+    std::string data;    // folder; empty: look for it
+    bool strict = false; // no show without its files
 };
 
-// Reads the command line and returns what remains of it: the program's name and what GLUT itself understands, in
-// order. `--help` prints the usage and ends the process with status 0; anything unknown gets one line on standard
-// error and status 2. `-display NAME` also becomes $DISPLAY, so that every connection of the process goes to the
-// same server.
-std::vector<char*> read_options(int argc, char** argv);
+// Reads the command line, before the show asks its question. Returns what to print instead of playing, or nothing.
+// `--display NAME` becomes $DISPLAY, so that every connection of the process goes to the same server. Throws
+// common::UsageError.
+std::string read_options(int argc, char** argv);
 
 // What has been read.
 const Options& options();

@@ -4,10 +4,10 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
-#include <filesystem>
 #include <string>
 
+#include "hosts/common/options.h"
+#include "hosts/common/prompt.h"
 #include "hosts/common/show_files.h"
 #include "hosts/common/signals.h"
 #include "hosts/common/standard_descriptors.h"
@@ -15,7 +15,6 @@
 #include "hosts/offscreen/frames/chapters.h"
 #include "hosts/offscreen/options.h"
 #include "hosts/offscreen/output/output_file.h"
-#include "hosts/offscreen/prompt.h"
 #include "hosts/offscreen/run.h"
 
 extern "C" int __wrap_main(int argc, char** argv);
@@ -25,26 +24,13 @@ using namespace offscreen;
 
 namespace {
 
-// Where the show's music and fonts are: here, or in the subfolder data where there is one and no music here.
-std::string find_data_folder() {
-    std::error_code none;
-    const bool below = access("zev.mp3", F_OK) != 0 && std::filesystem::is_directory("data", none);
-    return below ? "data" : ".";
-}
-
-// Changes to the folder with the show's music and fonts, since the show opens them by name alone: `given`, or the one
-// found where that is empty. Prints a line for every file that cannot be used. Throws Failure when the show needs one
-// of them.
+// Makes the folder with the show's music and fonts the working directory. Prints a line for everything that is wrong
+// with them. Throws Failure when the show needs something of that.
 void enter_data_folder(const std::string& given) {
-    const std::string folder = given.empty() ? find_data_folder() : given;
-    bool usable = true;
-    for (const common::FileProblem& problem : common::show_file_problems(folder)) {
-        std::fprintf(stderr, "skav-export: %s\n", common::to_line(problem).c_str());
-        usable = usable && problem.optional;
-    }
-    if (!usable)
-        throw Failure("nothing was drawn; --data FOLDER gives the folder of the music and the fonts");
-    if (chdir(folder.c_str()) != 0) throw Failure("cannot enter " + folder + ": " + std::strerror(errno));
+    const common::DataFolder data = common::enter_data_folder(given);
+    for (const std::string& problem : data.problems)
+        std::fprintf(stderr, "skav-export: %s\n", problem.c_str());
+    if (!data.complete) throw Failure("nothing was drawn");
 }
 
 // Prints the chapters of the range. Throws Failure.
@@ -62,17 +48,17 @@ int __wrap_main(int argc, char** argv) {
     common::open_standard_descriptors();
     try {
         const Options options = parse_options(argc, argv);
-        if (options.help) {
-            std::fputs(kHelp, stdout);
-            return 0;
-        }
+        if (!options.answer.empty()) return common::print_answer(options.answer);
         if (options.chapters) {
             print_chapters(options);
             return 0;
         }
         enter_data_folder(options.data);
         start_run(options);
-        begin_prompt(options.language, options.job == Job::stream);
+        common::begin_prompt(options.language, options.job == Job::stream);
+    } catch (const common::UsageError& error) {
+        std::fprintf(stderr, "skav-export: %s\n", error.what());
+        return kStatusUsage;
     } catch (const Failure& failure) {
         std::fprintf(stderr, "skav-export: %s\n", failure.what());
         return failure.status();

@@ -4,12 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "hosts/common/prompt.h"
 #include "hosts/common/times.h"
 #include "hosts/offscreen/output/sink.h"
 
 namespace offscreen {
-
-enum class Language { ask, german, english };
 
 enum class Job {
     stills, // PNG files of single moments
@@ -30,17 +29,15 @@ struct Options {
     int supersample = 1; // 1, 2 or 4
     VideoQuality quality;
     StreamFormat format = StreamFormat::y4m;
-    Language language = Language::ask;
+    common::Language language = common::Language::ask;
     std::string data;   // folder; empty: look for it
     bool force = false; // replace existing files without asking
     bool quiet = false;
     bool chapters = false; // only print the chapters
-    bool help = false;
+    std::string answer;    // not empty: only print this
 };
 
-extern const char kHelp[];
-
-// Reads the command line. Throws Failure with kStatusUsage and one line that says what is wrong.
+// Reads the command line. Throws common::UsageError, or Failure when the current folder cannot be found.
 Options parse_options(int argc, char** argv);
 
 } // namespace offscreen

@@ -5,10 +5,10 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "hosts/common/prompt.h"
 #include "hosts/common/signals.h"
 #include "hosts/offscreen/drawing/gl_calls.h"
 #include "hosts/offscreen/frames/running_order.h"
-#include "hosts/offscreen/prompt.h"
 
 // The linker gives the show's call of exit to the first and the C library's exit to the second (--wrap=exit).
 extern "C" [[noreturn]] void __wrap_exit(int status);
@@ -38,7 +38,7 @@ Run::Run(const Options& options)
 }
 
 void Run::begin() {
-    end_prompt();
+    common::end_prompt();
     common::handle_signals();
 }
 

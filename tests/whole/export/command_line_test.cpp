@@ -34,6 +34,13 @@ TEST(CommandLine, HelpSaysItAllAndDoesNothing) {
     EXPECT_EQ(finished.err, "");
 }
 
+TEST(CommandLine, TheVersionIsThatOfTheProject) {
+    const Finished finished = run_program({{SKAV_EXPORT, "--version"}});
+    EXPECT_EQ(finished.status, 0);
+    EXPECT_EQ(finished.out, "skav-export " PROJECT_VERSION "\n");
+    EXPECT_EQ(finished.err, "");
+}
+
 TEST(CommandLine, ChaptersAreListedWithoutDrawingAnything) {
     const Finished finished =
         run_program({{SKAV_EXPORT, "--chapters", "--fps", "30000/1001", "--from", "70", "--to", "75"}});
@@ -92,7 +99,7 @@ TEST(CommandLine, EveryFileThatCannotBeUsedIsNamedBeforeAnythingIsDrawn) {
     EXPECT_EQ(finished.status, 1);
     EXPECT_EQ(lines_in(finished.err), 4) << finished.err;
     for (const char* part : {"/zev.mp3 is not an MP3 file", "/zev_voc.mp3 ends or breaks off at",
-                             "/Vera.ttf is missing", "nothing was drawn; --data FOLDER"}) {
+                             "/Vera.ttf is missing", "nothing was drawn"}) {
         EXPECT_NE(finished.err.find(part), std::string::npos) << part << "\n" << finished.err;
     }
     EXPECT_TRUE(output.names().empty());
@@ -135,6 +142,21 @@ TEST(CommandLine, WithoutADataFolderAMissingFileIsMissedHere) {
     EXPECT_EQ(finished.status, 1);
     EXPECT_EQ(lines_in(finished.err), 2) << finished.err;
     EXPECT_NE(finished.err.find((here / "zev.mp3") + " is missing"), std::string::npos) << finished.err;
+}
+
+TEST(CommandLine, DataThatIsNowhereIsOneLineThatSaysWhereItWasLookedFor) {
+    if (fs::exists(INSTALLED_DATA)) GTEST_SKIP() << "the show is installed here";
+    TestFolder here;
+    Command start{{SKAV_EXPORT, "-q", "--still", "0", "-o", here / "a.png"}};
+    start.folder = here.path();
+    const Finished finished = run_program(start);
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_EQ(
+        finished.err.find("skav-export: the show's files are not in " + here.path() + ", " + (here / "data")),
+        0u)
+        << finished.err;
+    EXPECT_EQ(lines_in(finished.err), 2) << "and that nothing was drawn: " << finished.err;
+    EXPECT_TRUE(here.names().empty());
 }
 
 TEST(CommandLine, ARelativePathStartsAtTheFolderOfTheProgramsStart) {

@@ -19,6 +19,7 @@
 #include <thread>
 
 #include "hosts/common/gl_surface.h"
+#include "hosts/common/prompt.h"
 #include "hosts/common/signals.h"
 #include "hosts/desktop/display/monitors.h"
 #include "hosts/desktop/display/present.h"
@@ -159,6 +160,15 @@ void on_idle() {
 
 void on_window_status(int status) { g_hidden = status == GLUT_HIDDEN || status == GLUT_FULLY_COVERED; }
 
+// The show has asked its question.
+void end_prompt() {
+    try {
+        common::end_prompt();
+    } catch (const std::runtime_error& error) {
+        fail(1, error.what());
+    }
+}
+
 // Opens GLUT's window and, where OpenGL has one to offer, the surface.
 void create_window(Extent size) {
     glutInitWindowSize(size.width, size.height);
@@ -202,6 +212,7 @@ void open_full_screen_window() {
 extern "C" {
 
 void __wrap_glutInit(int* argc, char** argv) {
+    end_prompt();
     common::handle_signals();
     g_display = connect_to_x_server();
     remove_mark_of_dead_window_manager(g_display);

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "hosts/offscreen/failure.h"
+#include "hosts/common/options.h"
 #include "hosts/offscreen/options.h"
 
 namespace offscreen {
@@ -21,10 +21,9 @@ std::string complaint(const std::vector<std::string>& words) {
     try {
         parse(words);
         return "";
-    } catch (const Failure& failure) {
-        EXPECT_EQ(failure.status(), kStatusUsage);
-        EXPECT_EQ(std::string(failure.what()).find('\n'), std::string::npos);
-        return failure.what();
+    } catch (const common::UsageError& error) {
+        EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos);
+        return error.what();
     }
 }
 
@@ -35,22 +34,24 @@ TEST(Options, AVideoIsTheWholeShowAtSixtyFramesPerSecond) {
     EXPECT_EQ(options.from, 0);
     EXPECT_EQ(options.to, common::kShowEnd);
     EXPECT_EQ(options.rate.frames, 60);
-    EXPECT_EQ(options.language, Language::ask);
+    EXPECT_EQ(options.language, common::Language::ask);
+    EXPECT_FALSE(options.force);
     EXPECT_FALSE(options.quiet);
 }
 
 TEST(Options, AllOptionsAreRead) {
     const Options options =
         parse({"-o", "-", "--format", "rgb", "--from", "10", "--to=1:14.3", "--fps", "30", "--scale", "3",
-               "--supersample", "2", "--language", "en", "--data", "music", "-q"});
+               "--supersample", "2", "--language", "en", "--data", "music", "--force", "-q"});
     EXPECT_EQ(options.job, Job::stream);
     EXPECT_EQ(options.format, StreamFormat::rgb);
     EXPECT_EQ(options.from, 10 * common::kSecond);
     EXPECT_EQ(options.to, 74'300'000);
     EXPECT_EQ(options.scale, 3);
     EXPECT_EQ(options.supersample, 2);
-    EXPECT_EQ(options.language, Language::english);
+    EXPECT_EQ(options.language, common::Language::english);
     EXPECT_EQ(options.data, "music");
+    EXPECT_TRUE(options.force);
     EXPECT_TRUE(options.quiet);
 }
 
@@ -105,8 +106,8 @@ TEST(Options, WhatMakesNoSenseIsNamed) {
         {{"--chapters", "--sheet", "a.png"}, "one at a time"},
         {{"--sheet", "a.png", "--from", "3"}, "range"},
         {{"-o", "show.mp4", "extra"}, "'extra'"},
-        {{"-o"}, "-o needs a value"},
-        {{"--still"}, "--still needs a value"},
+        {{"-o"}, "'-o' needs a value"},
+        {{"--still"}, "'--still' needs a value"},
         {{"--nonsense"}, "--nonsense"},
         {{"-z"}, "-z"},
     };

@@ -1,23 +1,25 @@
-#include "hosts/offscreen/prompt.h"
+#include "hosts/common/prompt.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <stdexcept>
+#include <string>
 
-#include "hosts/offscreen/failure.h"
-
-namespace offscreen {
+namespace common {
 
 namespace {
 
 int g_saved_output = -1;
 
 void check(bool good) {
-    if (!good)
-        throw Failure(std::string("cannot redirect standard input and output: ") + std::strerror(errno));
+    if (good) return;
+    throw std::runtime_error(std::string("cannot redirect standard input and output: ") +
+                             std::strerror(errno));
 }
 
 // Makes standard input read `answer` and nothing more.
@@ -38,6 +40,16 @@ void divert_output(int descriptor) {
 }
 
 } // namespace
+
+Language language_of_locale() {
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* value = std::getenv(name);
+        if (!value || !*value) continue;
+        const std::string locale = value;
+        return locale.substr(0, locale.find_first_of("_.@")) == "de" ? Language::german : Language::english;
+    }
+    return Language::english;
+}
 
 void begin_prompt(Language language, bool output_is_pictures) {
     if (language == Language::ask) {
@@ -60,4 +72,4 @@ void end_prompt() {
     g_saved_output = -1;
 }
 
-} // namespace offscreen
+} // namespace common
