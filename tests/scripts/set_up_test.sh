@@ -153,6 +153,18 @@ test_installs_with_sudo)
     expect_in log "ctest --preset ci"
     expect_in log "ctest --preset sanitize"
     ;;
+run_passes_the_language_and_the_beginning_on)
+    call run --language auto --from 1:14 </dev/null
+    expect_status 7
+    expect_in out "played in data with: --strict --language auto --from 1:14 and "
+    unset DISPLAY
+    call run --from 12 </dev/null
+    expect_status 3
+    expect_in out "--force -o skav.mp4 --from 12 and "
+    call run --language </dev/null
+    expect_status 2
+    expect_in err "--language needs a value"
+    ;;
 run_keeps_standard_input_for_the_show)
     without_package ninja-build
     call run <<<"e of the user"

@@ -15,7 +15,7 @@ public:
     std::unique_ptr<common::Sound> open(const char*, FMOD_RESULT&) override {
         return std::make_unique<common::Sound>(1000);
     }
-    void play(common::Sound& sound) override {
+    void play(common::Sound& sound, unsigned) override {
         if (g_fails) throw std::bad_alloc();
         g_playing = &sound;
     }

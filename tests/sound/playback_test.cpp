@@ -6,6 +6,7 @@
 #include <cmath>
 #include <thread>
 
+#include "hosts/common/skip_ahead.h"
 #include "hosts/desktop/sound/position_clock.h"
 #include "tests/sound/listener.h"
 #include "tests/sound/pulse_recorder.h"
@@ -125,6 +126,24 @@ TEST_F(Playback, GoesOnFromThePositionThatIsSet) {
     end_recording(channel);
     expect_polls_follow(recorder_, read_mp3(path), forward);
     expect_polls_follow(recorder_, read_mp3(path), back);
+}
+
+// As a show that starts in the middle: its frames before that run on a clock that counts them.
+TEST_F(Playback, IsHeardFromWhereAShowStartsInTheMiddle) {
+    const std::string path = make_file("a.mp3", 12, 1);
+    common::skip_to(8 * common::kSecond);
+    FMOD_SYSTEM* system = start_system();
+    FMOD_CHANNEL* channel = play_sound(system, open_sound(system, path));
+    unsigned last_skipped = 0;
+    for (common::begin_frame(); common::frame_is_skipped(); common::begin_frame()) {
+        last_skipped = poll(channel).position;
+        common::end_frame();
+    }
+    const std::vector<Poll> polls = poll_for(channel, 2);
+    end_recording(channel);
+    EXPECT_EQ(last_skipped, 7983u) << "a sixtieth of a second earlier";
+    EXPECT_EQ(polls.front().position, 8000u);
+    expect_polls_follow(recorder_, read_mp3(path), polls);
 }
 
 TEST_F(Playback, StandsAtTheLengthAfterTheEndAndCanBePlayedAgain) {

@@ -1,6 +1,7 @@
 // The whole show in real time, from the prompt to the end, on a virtual display and a sound device that is recorded.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <vector>
 
@@ -75,4 +76,36 @@ TEST(WholeShow, PlaysFromThePromptToItsEndInStepWithWhatIsHeard) {
     const double passed = plays[1].frames.back().after - plays[0].before;
     EXPECT_GT(passed, played);
     EXPECT_LT(passed, played + 1.0);
+}
+
+// Skipped frames read the clock of frames; those after it, from the time asked for on, what is heard.
+TEST(WholeShow, PlaysFromATimeInTheMiddleToItsEndInStepWithWhatIsHeard) {
+    const auto display = DisplayServer::virtual_screen(1024, 768);
+    ASSERT_TRUE(display);
+    const PulseServer sound_server;
+    PulseRecorder recorder;
+    const TestFolder folder;
+    const auto log = folder / "frames";
+    Process show({{SKAV_LOGGED_PROGRAM, "--from", "2:35", "--language", "en"},
+                  {{"DISPLAY", display->name()}, {"FRAME_LOG", log}},
+                  DATA_DIRECTORY});
+    EXPECT_EQ(show.wait(std::chrono::seconds(600)), 0);
+    recorder.stop();
+    EXPECT_EQ(show.output(), "");
+    EXPECT_EQ(show.errors(), "");
+
+    const std::vector<Play> plays = read_log(log);
+    ASSERT_EQ(plays.size(), 2u) << "the instrumental and the vocal file";
+    constexpr unsigned kStart = 155'000 - 74'300; // ms of the vocal file
+    const std::vector<Poll>& frames = plays[1].frames;
+    const auto first = std::find_if(frames.begin(), frames.end(),
+                                    [](const Poll& frame) { return frame.position >= kStart; });
+    ASSERT_NE(first, frames.end());
+    EXPECT_EQ(first->position, kStart);
+    EXPECT_EQ((first - 1)->position, kStart - 17) << "a sixtieth of a second earlier";
+    EXPECT_EQ(plays[0].frames.size() + static_cast<std::size_t>(first - frames.begin()), 4440u + 1 + 4841u)
+        << "74 s and 80.7 s at 60 frames a second";
+    expect_polls_follow(recorder, read_mp3(DATA_DIRECTORY "/zev_voc.mp3"), {first, frames.end()});
+    expect_ends_at(plays[0], 74000);
+    expect_ends_at(plays[1], 162000 - 74300);
 }

@@ -140,7 +140,7 @@ FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX channel
         channels.emplace(handle, to_handle(sound));
         found->channel = handle;
         try {
-            found->player->play(*to_play->sound);
+            found->player->play(*to_play->sound, 0);
         } catch (...) { // then nothing plays, also not what played before
             channels.erase(handle);
             found->channel = 0;

@@ -37,8 +37,9 @@ public:
     // Opens the file `name`. Returns null on failure; `error` says why.
     virtual std::unique_ptr<Sound> open(const char* name, FMOD_RESULT& error) = 0;
 
-    // Plays `sound` from its start, in place of what plays. It lives at least until the next play() or stop().
-    virtual void play(Sound& sound) = 0;
+    // Plays `sound` from `from_ms` on, at most its length, in place of what plays. It lives at least until the next
+    // play() or stop().
+    virtual void play(Sound& sound, unsigned from_ms) = 0;
     virtual void stop() = 0;
 
     // How far what was last played is heard, in milliseconds. May run past its length.

@@ -66,6 +66,9 @@ public:
     // Show time of frame `index`, rounded up to the microsecond.
     ShowTime time_of(std::int64_t index) const;
 
+    // The piece of music on whose clock frame `index` is.
+    const Piece& piece_of(std::int64_t index) const { return kPieces[index > switch_ ? 1 : 0]; }
+
     // The first frame whose show time is `time` or later.
     std::int64_t first_frame_at(ShowTime time) const;
 

@@ -3,6 +3,7 @@
 #include "hosts/common/options.h"
 #include "hosts/common/prompt.h"
 #include "hosts/common/show_files.h"
+#include "hosts/common/skip_ahead.h"
 #include "hosts/common/standard_descriptors.h"
 #include "hosts/desktop/message.h"
 #include "hosts/desktop/options.h"
@@ -22,6 +23,7 @@ int __wrap_main(int argc, char** argv) {
         const common::DataFolder data = common::enter_data_folder(options().data);
         for (const std::string& problem : data.problems) say(problem);
         if (!data.complete && options().strict) return 1;
+        common::skip_to(options().from);
         common::begin_prompt(options().language);
     } catch (const common::UsageError& error) {
         say(error.what());

@@ -46,7 +46,7 @@ public:
         for_show([&] { sound = open_piece(name); });
         return sound;
     }
-    void play(common::Sound& sound) override { g_clock->play(static_cast<Piece&>(sound).file()); }
+    void play(common::Sound& sound, unsigned) override { g_clock->play(static_cast<Piece&>(sound).file()); }
     void stop() override { g_clock->stop(); }
     unsigned position_ms() override { return g_clock->position_ms(); }
 

@@ -1,7 +1,7 @@
 // A player on a steady clock instead of sound, for tests that need a given show time quickly.
 //
 //   TEST_CLOCK_START_MS   where the clock stands when the first file starts to play, milliseconds of show
-//                         time (0)
+//                         time (0); a show that starts in the middle starts there
 //   TEST_CLOCK_SPEED      milliseconds of show time per millisecond from then on (1); 0: it stands still
 //   TEST_CLOCK_STARTED    a file to create when the first file starts to play: loading is over
 //
@@ -14,7 +14,7 @@
 #include <limits>
 #include <string>
 
-#include "hosts/common/sound_calls.h"
+#include "hosts/common/skip_ahead.h"
 
 namespace {
 
@@ -44,10 +44,11 @@ public:
         return std::make_unique<File>(std::string(name) == "zev_voc.mp3" ? 74300.0 : 0.0);
     }
 
-    void play(common::Sound& sound) override {
+    void play(common::Sound& sound, unsigned from_ms) override {
         file_ = static_cast<File*>(&sound);
         if (started_) return;
         started_ = true;
+        if (from_ms > 0) start_ms_ = file_->start_ms() + from_ms;
         start_ = Clock::now();
         if (const char* name = std::getenv("TEST_CLOCK_STARTED")) std::ofstream(name) << "playing\n";
     }
@@ -72,4 +73,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<common::Player> common::make_player() { return std::make_unique<ClockPlayer>(); }
+std::unique_ptr<common::Player> common::make_player() {
+    return skipping_player(std::make_unique<ClockPlayer>());
+}

@@ -5,7 +5,7 @@
 // - glutInit: connects to the X server or says why that cannot be done; from then on signals end the show in order.
 // - glutEnterGameMode: enters the mode, or opens a window and the surface that stands for the screen.
 // - glutReshapeFunc: the show is told one size, 1024x768, once, whatever size its window takes later.
-// - glutDisplayFunc: around each frame: requests to end, and a picture that is still to be shown.
+// - glutDisplayFunc: around each frame: requests to end, skipped frames, and a picture that is still to be shown.
 // - glutIdleFunc: requests to end; frames while the window is hidden, which freeglut leaves out.
 // - glutSwapBuffers: presents the surface, on a screen that may have changed; requests to end.
 #include <GL/freeglut.h>
@@ -18,9 +18,11 @@
 #include <stdexcept>
 #include <thread>
 
+#include "hosts/common/gl_skip.h"
 #include "hosts/common/gl_surface.h"
 #include "hosts/common/prompt.h"
 #include "hosts/common/signals.h"
+#include "hosts/common/skip_ahead.h"
 #include "hosts/desktop/display/monitors.h"
 #include "hosts/desktop/display/present.h"
 #include "hosts/desktop/display/screen_mode.h"
@@ -146,7 +148,10 @@ void on_display() {
     end_if_asked();
     tell_size_once();
     g_swapped_in_callback = false;
+    common::begin_frame();
+    common::skip_drawing(common::frame_is_skipped());
     if (g_on_display) g_on_display();
+    common::end_frame();
     if (g_picture_waits) show_picture();
 }
 
@@ -155,6 +160,7 @@ void on_idle() {
     if (g_on_idle) g_on_idle();
     if (!g_hidden) return;
     on_display();
+    if (common::frame_is_skipped()) return;
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
 }
 
@@ -254,6 +260,7 @@ void __wrap_glutIdleFunc(void (*callback)()) {
 
 void __wrap_glutSwapBuffers() {
     end_if_asked();
+    if (common::frame_is_skipped()) return;
     follow_monitors();
     const bool busy = g_swapped_in_callback;
     g_swapped_in_callback = true;

@@ -14,7 +14,7 @@
 #include <optional>
 #include <thread>
 
-#include "hosts/common/sound_calls.h"
+#include "hosts/common/skip_ahead.h"
 #include "hosts/desktop/sound/cubeb_devices.h"
 #include "hosts/desktop/sound/mixer.h"
 #include "hosts/desktop/sound/output.h"
@@ -54,7 +54,7 @@ public:
     }
 
     std::unique_ptr<common::Sound> open(const char* name, FMOD_RESULT& error) override;
-    void play(common::Sound& sound) override;
+    void play(common::Sound& sound, unsigned from_ms) override;
     void stop() override { mixer_.stop(); }
     unsigned position_ms() override;
     FMOD_RESULT seek_ms(unsigned position) override;
@@ -89,17 +89,15 @@ std::unique_ptr<common::Sound> DesktopPlayer::open(const char* name, FMOD_RESULT
     return sound;
 }
 
-void DesktopPlayer::play(common::Sound& sound) {
+void DesktopPlayer::play(common::Sound& sound, unsigned from_ms) {
     mixer_.stop();
     sound_ = static_cast<StreamedSound*>(&sound);
-    if (sound_->begin() != 0 || sound_->taken_from()) sound_->seek(0);
+    if (sound_->begin() != to_frame(from_ms) || sound_->taken_from()) sound_->seek(to_frame(from_ms));
     start();
 }
 
 FMOD_RESULT DesktopPlayer::seek_ms(unsigned position) {
-    mixer_.stop();
-    sound_->seek(to_frame(position));
-    start();
+    play(*sound_, position);
     return FMOD_OK;
 }
 
@@ -129,4 +127,6 @@ unsigned DesktopPlayer::position_ms() {
 
 } // namespace desktop
 
-std::unique_ptr<common::Player> common::make_player() { return std::make_unique<desktop::DesktopPlayer>(); }
+std::unique_ptr<common::Player> common::make_player() {
+    return skipping_player(std::make_unique<desktop::DesktopPlayer>());
+}

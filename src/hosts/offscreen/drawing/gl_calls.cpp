@@ -16,6 +16,8 @@
 
 #include <set>
 
+#include "hosts/common/gl_skip.h"
+
 namespace offscreen {
 
 namespace {
@@ -42,7 +44,6 @@ LIBRARY_GL(glBegin);
 LIBRARY_GL(glClear);
 
 int g_scale = 1;
-bool g_skip = false;
 bool g_compiling = false;         // a display list, without executing it
 GLuint g_list = 0;                // the one being compiled
 std::set<GLuint> g_binding_lists; // lists that bind textures of their own
@@ -81,17 +82,6 @@ void note_list(GLuint list) {
     }
 }
 
-// A query that has counted no samples.
-GLuint query_without_samples() {
-    static GLuint query = 0;
-    if (query == 0) {
-        glGenQueries(1, &query);
-        glBeginQuery(GL_SAMPLES_PASSED, query);
-        glEndQuery(GL_SAMPLES_PASSED);
-    }
-    return query;
-}
-
 } // namespace
 
 void set_gl_scale(int scale) { g_scale = scale; }
@@ -100,15 +90,7 @@ void set_viewport(int width, int height) { library_glViewport(0, 0, width, heigh
 
 void begin_gl_frame(bool drawn) {
     g_origin.begin_frame(drawn);
-    if (g_skip == !drawn) return;
-    g_skip = !drawn;
-    // Rendering under a condition that is never met. Vertices still go all the way to the driver: how it cuts their
-    // stream into batches depends on everything before, and the last bit of a pixel may depend on that.
-    if (g_skip) {
-        glBeginConditionalRender(query_without_samples(), GL_QUERY_WAIT);
-    } else {
-        glEndConditionalRender();
-    }
+    common::skip_drawing(!drawn);
 }
 
 const PictureOrigin& picture_origin() { return g_origin; }

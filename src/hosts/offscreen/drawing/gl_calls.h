@@ -4,9 +4,7 @@
 // Scaling: the show draws for 1024 by 768 pixels. Viewports, scissors, point sizes, line widths and copies from the
 // framebuffer are passed on multiplied, so that text, geometry and copied textures come out sharp.
 //
-// Skipping: in a skipped frame every GL call is still made and leaves GL as a drawn frame does: matrices, lights,
-// bindings, the current colour, normal and texture coordinate that the next frame may inherit, even the error flag.
-// Only pixels are not written. A copy from the framebuffer gives the texture its size, but no picture.
+// Skipping: hosts/common/gl_skip.h. Followed here is whether a picture shows something of a skipped frame.
 //
 // Immediate mode, display lists, clears and copies to textures are followed: all that the show draws with.
 #pragma once
