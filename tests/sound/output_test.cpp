@@ -96,15 +96,25 @@ protected:
         delete folder_;
     }
 
-    OutputTest() {
-        common::Mp3Error error = common::Mp3Error::none;
-        sound_ = StreamedSound::open((*folder_ / "a.mp3").c_str(), error);
-    }
-    ~OutputTest() override { mixer_.stop(); }
+    OutputTest() { open(); }
+    ~OutputTest() override { output_.stop(now_); }
 
     void play() {
-        mixer_.play(*sound_, 1);
+        output_.play(*sound_, now_);
+        ++plays_;
         played_at_ = now_;
+        before_ = position_ = 0;
+    }
+
+    // Plays the sound again in place of itself, `seconds` after it is stopped. late() goes on.
+    void play_another(double seconds) {
+        output_.stop(now_);
+        run(seconds);
+        open();
+        output_.play(*sound_, now_);
+        ++plays_;
+        before_ += position_;
+        position_ = 0;
     }
 
     // Lets `seconds` of real time pass, and checks at every step that the position does not fall and that what is heard
@@ -122,8 +132,8 @@ protected:
     // Seconds of music that have been heard, or would have been.
     double position() const { return position_; }
 
-    // Seconds that the music is behind real time since it was played.
-    double late() const { return now_ - played_at_ - position_; }
+    // Seconds that the music is behind real time since it was first played.
+    double late() const { return now_ - played_at_ - before_ - position_; }
 
     // Expects that the device plays the music where the position says, to within `tolerance` seconds.
     void expect_in_time(double tolerance = 0.006) {
@@ -157,7 +167,8 @@ private:
         constexpr std::int64_t kEnough = 50000; // frames
         const auto taken_up_to = static_cast<double>(mixer_.handed_out());
         const auto segment = mixer_.segments().at(taken_up_to);
-        const double taken = segment && segment->play == 1 ? segment->music_at(taken_up_to) : 0;
+        const double taken = segment && segment->play == plays_ ? segment->music_at(taken_up_to)
+                                                                : static_cast<double>(sound_->begin());
         const std::int64_t left = sound_->length() - static_cast<std::int64_t>(taken);
         const auto wanted = static_cast<std::size_t>(std::min(left, kEnough));
         while (sound_->decoded() < wanted) std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -168,18 +179,25 @@ private:
         EXPECT_GE(audible, last_audible_);
         last_audible_ = audible;
         const auto segment = mixer_.segments().at(audible);
-        if (!segment || segment->play != 1) return;
-        const double position = segment->music_at(audible) / kRate;
+        if (!segment || segment->play != plays_ || mixer_.play_number() == 0) return;
+        const double position = output_.position(now_) / kRate;
         least_step_ = std::min(least_step_, position - position_);
         most_step_ = std::max(most_step_, position - position_);
-        EXPECT_GE(position, position_ - 1e-9);
-        position_ = std::max(position, position_);
+        EXPECT_GE(position, position_);
+        position_ = position;
+    }
+
+    void open() {
+        common::Mp3Error error = common::Mp3Error::none;
+        sound_ = StreamedSound::open((*folder_ / "a.mp3").c_str(), error);
     }
 
     static TestFolder* folder_;
     static std::vector<float>* music_;
+    std::uint64_t plays_ = 0;
     double played_at_ = 0;
-    double position_ = 0;
+    double before_ = 0;   // seconds of music that were played before this sound
+    double position_ = 0; // in this one
     double last_audible_ = 0;
 };
 
@@ -366,6 +384,72 @@ TEST_F(OutputTest, AThreadThatIsLateLosesNoTime) {
     }
     run(2);
     EXPECT_NEAR(late(), 0, 0.02);
+}
+
+TEST_F(OutputTest, AThreadThatAloneGetsNoProcessorIsNoStoppedProcess) {
+    devices_.no_device = true;
+    run(0.1);
+    play();
+    run(1);
+    for (int i = 0; i < 8; ++i) {
+        now_ += 0.5;
+        output_.audible(now_); // another thread runs
+    }
+    run(3);
+    EXPECT_NEAR(late(), 0, 0.02);
+}
+
+TEST_F(OutputTest, ASoundThatFollowsAnotherTakesOverHowLateThatWas) {
+    devices_.plug_in().pace = 0.9;
+    run(0.5);
+    play();
+    run(3);
+    EXPECT_GT(late(), 0.25);
+    play_another(0.1);
+    for (int i = 0; i < 40; ++i) {
+        run(0.5);
+        EXPECT_LT(late(), 0.5) << i;
+        EXPECT_GT(late(), -0.05) << i;
+    }
+}
+
+TEST_F(OutputTest, WithoutADeviceTheTimeBetweenTwoSoundsIsMadeUpFor) {
+    devices_.no_device = true;
+    run(0.1);
+    play();
+    run(3);
+    forget();
+    play_another(0.3);
+    EXPECT_GT(late(), 0.28);
+    run(4);
+    EXPECT_NEAR(late(), 0, 0.01);
+    EXPECT_LT(most_step_, 2 * kStep);
+}
+
+TEST_F(OutputTest, ASoundThatIsPlayedLaterThanASecondAfterAnotherIsNotLate) {
+    devices_.plug_in();
+    run(0.5);
+    play();
+    run(1);
+    play_another(1.5);
+    run(5);
+    EXPECT_NEAR(late(), 1.54, 0.04);
+    EXPECT_LT(most_step_, 0.03) << "no jump";
+}
+
+TEST_F(OutputTest, ASoundThatFollowsOneThatHasEndedIsNotLate) {
+    devices_.plug_in();
+    run(0.5);
+    sound_->seek(static_cast<std::int64_t>((kLength - 1) * kRate));
+    play();
+    run(3);
+    EXPECT_EQ(position(), kLength);
+    forget();
+    play_another(0.1);
+    run(0.2);
+    EXPECT_LT(position(), 0.2);
+    run(3);
+    EXPECT_LT(most_step_, 0.03) << "no jump";
 }
 
 TEST_F(OutputTest, ASlowDeviceIsKeptWithinHalfASecondOfRealTime) {

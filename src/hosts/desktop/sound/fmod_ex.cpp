@@ -8,10 +8,8 @@
 // No call waits for a sound server. position_ms() waits for nothing; the other calls wait at most for a block of
 // decoding and a block of rendering to end; play() and seek_ms() also decode the first half second of a sound that is
 // not ready.
-#include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <optional>
 #include <thread>
 
 #include "hosts/common/skip_ahead.h"
@@ -55,21 +53,17 @@ public:
 
     std::unique_ptr<common::Sound> open(const char* name, FMOD_RESULT& error) override;
     void play(common::Sound& sound, unsigned from_ms) override;
-    void stop() override { mixer_.stop(); }
+    void stop() override { output_.stop(steady_seconds()); }
     unsigned position_ms() override;
     FMOD_RESULT seek_ms(unsigned position) override;
 
 private:
-    void start();
     void watch();
 
     Mixer mixer_;
     CubebDevices devices_;
     Output output_;
     StreamedSound* sound_ = nullptr; // what was last played
-    std::uint64_t play_ = 0;         // number of the last play
-    double position_ = 0;            // last returned, in frames; never falls but by a play or a seek
-    double started_ = 0;             // the device frame that was audible at the last start
     std::atomic<bool> over_{false};
     std::thread watcher_;
 };
@@ -90,10 +84,10 @@ std::unique_ptr<common::Sound> DesktopPlayer::open(const char* name, FMOD_RESULT
 }
 
 void DesktopPlayer::play(common::Sound& sound, unsigned from_ms) {
-    mixer_.stop();
+    stop();
     sound_ = static_cast<StreamedSound*>(&sound);
     if (sound_->begin() != to_frame(from_ms) || sound_->taken_from()) sound_->seek(to_frame(from_ms));
-    start();
+    output_.play(*sound_, steady_seconds());
 }
 
 FMOD_RESULT DesktopPlayer::seek_ms(unsigned position) {
@@ -101,26 +95,8 @@ FMOD_RESULT DesktopPlayer::seek_ms(unsigned position) {
     return FMOD_OK;
 }
 
-// Plays the sound from its begin().
-void DesktopPlayer::start() {
-    position_ = static_cast<double>(sound_->begin());
-    started_ = output_.audible(steady_seconds());
-    mixer_.play(*sound_, ++play_);
-}
-
-// The position is that of the sound's start until its first frame is audible, and at the length once the last
-// one is. A gap in the sound delays it.
 unsigned DesktopPlayer::position_ms() {
-    const double device = output_.audible(steady_seconds());
-    const std::optional<Segment> segment = mixer_.segments().at(device);
-    if (segment && segment->play == play_) {
-        const auto begin = static_cast<double>(sound_->begin());
-        double heard = segment->music_at(device);
-        // Frames that nobody hears are taken a little late, so a sound may seem to begin before it was played.
-        if (segment->music <= begin) heard = std::min(heard, begin + device - started_);
-        position_ = std::max(position_, heard);
-    }
-    return static_cast<unsigned>(position_ * 1000 / common::kSoundRate);
+    return static_cast<unsigned>(output_.position(steady_seconds()) * 1000 / common::kSoundRate);
 }
 
 } // namespace

@@ -12,7 +12,7 @@ namespace {
 
 constexpr float kTailDecay = 0.98f;  // per frame: inaudible after some 10 ms
 constexpr float kTailSilent = 1e-5f; // below the smallest step of 16 bits
-constexpr std::uint64_t kSkipFrames = 0xffffffff;
+constexpr std::uint64_t kSkipFrame = 0xffffffff;
 
 } // namespace
 
@@ -36,10 +36,8 @@ void Mixer::play(StreamedSound& sound, std::uint64_t play) {
 
 void Mixer::stop() { replace(nullptr); }
 
-void Mixer::skip(std::uint64_t play, double frames) {
-    const std::uint64_t skip = skip_.load(std::memory_order_acquire);
-    const bool skips = skip >> 32 == play && (skip & kSkipFrames) > 0;
-    if (!skips) skip_.store(play << 32 | static_cast<std::uint32_t>(frames), std::memory_order_release);
+void Mixer::skip_to(std::uint64_t play, double frame) {
+    skip_.store(play << 32 | static_cast<std::uint32_t>(frame), std::memory_order_release);
 }
 
 // Shows render() the new play, and waits until no call that may have seen the old one is under way. Both
@@ -69,7 +67,6 @@ void Mixer::render(float* out, std::size_t frames) {
         running_ = true;
     }
     music_ += static_cast<std::int64_t>(taken);
-    if (play && music_ < play->end) late_ += static_cast<std::int64_t>(frames - taken);
     if (taken > 0) last_ = {out[2 * taken - 2], out[2 * taken - 1]};
     std::size_t tail_begin = 0;
     if (taken < frames && running_) { // the music's end, or the decoder is late: the music stands still
@@ -94,27 +91,22 @@ void Mixer::change_to(const Play* play) {
     running_ = false;
     rendered_play_ = number;
     music_ = play ? play->begin : 0;
-    late_.store(0, std::memory_order_release);
 }
 
 // Drops what is to be skipped of `play`, as far as it is decoded. True while there is more to drop.
 bool Mixer::leave_out(const Play& play, float* scratch, std::size_t frames) {
-    std::uint64_t skip = skip_.load(std::memory_order_acquire);
-    std::uint64_t left = skip & kSkipFrames;
-    if (left == 0 || skip >> 32 != play.number) return false;
+    const std::uint64_t skip = skip_.load(std::memory_order_acquire);
+    const std::int64_t to = std::min(static_cast<std::int64_t>(skip & kSkipFrame), play.end);
+    if (skip >> 32 != play.number || to <= music_) return false;
     if (running_) tail_ = last_;
     running_ = false;
     std::size_t dropped = 0;
     do {
-        dropped = play.sound->take(scratch, std::min(frames, static_cast<std::size_t>(left)));
-        left -= dropped;
+        dropped = play.sound->take(scratch, std::min(frames, static_cast<std::size_t>(to - music_)));
         music_ += static_cast<std::int64_t>(dropped);
-        late_ -= static_cast<std::int64_t>(dropped);
-    } while (dropped > 0 && left > 0);
+    } while (dropped > 0 && music_ < to);
     segments_.add({static_cast<double>(handed_out()), static_cast<double>(music_), play.number, false});
-    if (music_ >= play.end) left = 0;
-    skip_.compare_exchange_strong(skip, play.number << 32 | left); // a skip for another play stays
-    return left > 0;
+    return music_ < to;
 }
 
 void Mixer::add_tail(float* out, std::size_t frames) {

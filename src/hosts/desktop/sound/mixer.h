@@ -73,11 +73,8 @@ public:
     // The number of what plays, 0 for nothing.
     std::uint64_t play_number() const { return play_number_.load(std::memory_order_acquire); }
 
-    // Leaves out the next `frames` frames of the play number `play`, up to its end. Does nothing while it still skips.
-    void skip(std::uint64_t play, double frames);
-
-    // How many frames what plays has been delayed by a late decoder, less what has been skipped.
-    std::int64_t late() const { return late_.load(std::memory_order_acquire); }
+    // Leaves out what the play number `play` has not delivered before the music's frame `frame`.
+    void skip_to(std::uint64_t play, double frame);
 
     // Writes the next `frames` frames for the device to `out`: music as far as it is decoded, silence where
     // it is not or nothing plays. A call that overlaps another gets silence and counts for nothing.
@@ -107,9 +104,7 @@ private:
     std::atomic<std::uint64_t> play_number_{0};
     std::atomic<bool> rendering_{false};
     std::atomic<std::uint64_t> handed_out_{0};
-    std::atomic<std::int64_t> late_{0};
-    std::atomic<std::uint64_t> skip_{
-        0}; // the play number, and in the lower half the frames still to be left out
+    std::atomic<std::uint64_t> skip_{0}; // a play number, and in the lower half the frame to skip to
     SegmentLog segments_;
 
     // Only render() touches these.

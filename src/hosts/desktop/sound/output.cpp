@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <utility>
 
 namespace desktop {
@@ -9,15 +10,16 @@ namespace desktop {
 namespace {
 
 constexpr double kRate = common::kSoundRate;
-constexpr double kWaiting = 2.0;            // seconds until it is silent without a device
-constexpr double kStopped = 1.0;            // seconds without a step: the process was stopped
-constexpr double kLongestPause = 0.02;      // seconds that one step may count against the device
-constexpr double kLostAfter = 0.8;          // seconds without a sign of life
-constexpr double kWarmFor = 5.0;            // seconds that a new device may take until it tells its position
-constexpr double kImpossible = 0.25;        // seconds in which a new device may be ahead of what it asked for
-constexpr int kWarmMoves = 8;               // times that its position has to move on first
-constexpr double kAskWithin = 0.03;         // seconds after the device's last request; see watch_device
-constexpr double kLongestLine = 0.2;        // seconds that a position runs on without a step
+constexpr double kWaiting = 2.0;       // seconds until it is silent without a device
+constexpr double kStopped = 1.0;       // seconds without a call: the process was stopped
+constexpr double kContinues = 1.0;     // seconds between two sounds of which the second continues the first
+constexpr double kLongestPause = 0.02; // seconds that one step may count against the device
+constexpr double kLostAfter = 0.8;     // seconds without a sign of life
+constexpr double kWarmFor = 5.0;       // seconds that a new device may take until it tells its position
+constexpr double kImpossible = 0.25;   // seconds in which a new device may be ahead of what it asked for
+constexpr int kWarmMoves = 8;          // times that its position has to move on first
+constexpr double kAskWithin = 0.03;    // seconds after the device's last request; see watch_device
+constexpr double kLongestLine = 0.2;   // seconds that a position runs on without a step
 constexpr double kMostBehind = 0.4 * kRate; // frames; with what it takes to notice, half a second
 constexpr double kCatchUp = 0.5;            // seconds in which silence makes up for being behind, to 1/e
 constexpr std::uint64_t kBlock = 512;       // frames
@@ -25,7 +27,8 @@ constexpr std::uint64_t kBlock = 512;       // frames
 } // namespace
 
 Output::Output(Mixer& mixer, Devices& devices, double now)
-    : mixer_(mixer), devices_(devices), begun_(now), last_step_(now), line_{now, 0, 0} {}
+    : mixer_(mixer), devices_(devices), begun_(now),
+      stopped_at_(-std::numeric_limits<double>::infinity()), line_{now, 0, 0}, seen_(now) {}
 
 Output::~Output() {
     if (!watch_.device) return;
@@ -35,6 +38,7 @@ Output::~Output() {
 
 double Output::audible(double now) const {
     const std::lock_guard<std::mutex> lock(mutex_);
+    run_clock(now);
     const double frame = line_.at(std::min(now, line_.time + kLongestLine));
     if (!limited_) return frame;
     // A device that stalls is noticed a little later than it does.
@@ -47,11 +51,63 @@ void Output::publish(const Line& line, bool limited) {
     limited_ = limited;
 }
 
+// Counts the time of the process on to `now`. The mutex is held.
+void Output::run_clock(double now) const {
+    const double passed = std::max(0.0, now - seen_);
+    seen_ += passed;
+    if (passed > kStopped)
+        was_stopped_ = true;
+    else
+        ran_ += passed;
+}
+
+void Output::play(StreamedSound& sound, double now) {
+    begin_ = position_ = static_cast<double>(sound.begin());
+    started_ = audible(now);
+    const double held = static_cast<double>(mixer_.handed_out()) - started_; // is heard first
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        const double since = ran_ - stopped_at_;
+        const double behind = since < kContinues ? behind_ + since * kRate : -held;
+        playing_ = {++plays_, begin_, static_cast<double>(sound.length()), ran_ - behind / kRate};
+    }
+    mixer_.play(sound, plays_);
+}
+
+void Output::stop(double now) {
+    if (mixer_.play_number() == 0) return;
+    const double here = position(now);
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        const bool ended = here >= playing_.length;
+        behind_ = playing_.begin + (ran_ - playing_.due) * kRate - here;
+        stopped_at_ = ended ? -std::numeric_limits<double>::infinity() : ran_;
+        playing_ = Playing{};
+    }
+    mixer_.stop();
+}
+
+double Output::position(double now) {
+    const double here = audible(now);
+    const std::optional<Segment> segment = mixer_.segments().at(here);
+    if (!segment || segment->play != plays_) return position_;
+    double heard = segment->music_at(here);
+    // Frames that nobody hears are taken a little late, so a sound may seem to begin before it was played.
+    if (segment->music <= begin_) heard = std::min(heard, begin_ + here - started_);
+    return position_ = std::max(position_, heard);
+}
+
 void Output::step(double now) {
-    const bool stopped = now - last_step_ > kStopped;
-    const double passed = stopped ? 0 : now - last_step_;
-    last_step_ = now;
-    due_ += kRate * passed;
+    bool stopped = false;
+    double passed = 0;
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        run_clock(now);
+        stopped = std::exchange(was_stopped_, false);
+        passed = ran_ - last_step_;
+        last_step_ = ran_;
+        if (state_ == State::waiting) playing_.due += passed;
+    }
     mixer_.segments().collect();
 
     if (watch_.device) {
@@ -60,10 +116,12 @@ void Output::step(double now) {
     } else {
         take_device(now);
     }
-    if (state_ == State::playing)
+    if (state_ == State::playing) {
         run_with_device(now);
-    else if (!watch_.device || !connect(now))
+        catch_up(now);
+    } else if (!watch_.device || !connect(now)) {
         run_without(now);
+    }
 }
 
 void Output::take_device(double now) {
@@ -123,7 +181,10 @@ bool Output::connect(double now) {
         const bool waited = state_ == State::waiting;
         state_ = State::playing;
         run_with_device(now);
-        if (waited) due_ = w.clock.line().at(now) + *offset;
+        if (!waited) return true;
+        const double late = progress(now).behind;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        playing_.due += late / kRate;
         return true;
     }
     if (w.moves < kWarmMoves) return false;
@@ -141,13 +202,10 @@ void Output::run_without(double now) {
     const double here = audible(now);
     if (state_ == State::waiting && (devices_.failed() || now - begun_ > kWaiting)) state_ = State::silent;
     if (state_ == State::waiting) {
-        due_ = here;
         publish({now, here, 0}, false);
         return;
     }
-    const double late = std::max(0.0, behind(now));
-    if (late > kMostBehind && static_cast<double>(mixer_.late()) > kMostBehind) mixer_.skip(play_, late);
-    publish({now, here, kRate + late / kCatchUp}, false);
+    publish({now, here, kRate + std::max(0.0, progress(now).behind) / kCatchUp}, false);
     take_unheard(here);
 }
 
@@ -158,17 +216,25 @@ void Output::run_with_device(double now) {
     const double heard = device.at(now) + *watch_.device->offset();
     const double slope = here - heard < 1 ? device.slope : 0;
     publish({now, std::max(here, heard), slope}, true);
-    const double late = behind(now);
-    // A device that does not ask may be about to be lost: without it, nothing has to be skipped.
-    if (late > kMostBehind && watch_.asks) mixer_.skip(play_, late);
 }
 
-// How many frames the music is behind real time.
-double Output::behind(double now) {
-    const std::uint64_t play = mixer_.play_number();
-    if (play != play_ || play == 0) due_ = audible(now);
-    play_ = play;
-    return due_ - audible(now) + static_cast<double>(mixer_.late());
+// Skips forward where what is heard is too late.
+void Output::catch_up(double now) {
+    const Progress play = progress(now);
+    // A device that does not ask may be about to be lost: without it, nothing has to be skipped.
+    if (play.behind > kMostBehind && watch_.asks) mixer_.skip_to(play.number, play.next + play.behind);
+}
+
+Output::Progress Output::progress(double now) const {
+    const double here = audible(now);
+    const auto handed_out = static_cast<double>(mixer_.handed_out());
+    const std::optional<Segment> segment = mixer_.segments().at(handed_out);
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const Playing& p = playing_;
+    if (p.number == 0) return {0, 0, 0};
+    const double next = segment && segment->play == p.number ? segment->music_at(handed_out) : p.begin;
+    const double due = std::min(p.begin + (ran_ - p.due) * kRate, p.length);
+    return {p.number, next, due - (next - (handed_out - here))};
 }
 
 // Takes what nobody hears from the mixer, up to the frame `until`.

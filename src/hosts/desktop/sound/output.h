@@ -1,9 +1,9 @@
-// The position that is audible, whatever happens to the sound device: a device that comes, plays, is lost and comes
-// back, and the system's steady clock while there is none.
+// What is played and the position that is audible of it, whatever happens to the sound device: a device that comes,
+// plays, is lost and comes back, and the system's steady clock while there is none.
 //
-// The position counts the mixer's frames, at 44.1 kHz. It stands until there is a device or none is found, for two
-// seconds at most. From then on it runs: as the device plays, or, without one, with real time, while the frames that
-// nobody hears are taken from the mixer. It never falls.
+// The audible position counts the mixer's frames, at 44.1 kHz. It stands until there is a device or none is found, for
+// two seconds at most. From then on it runs: as the device plays, or, without one, with real time, while the frames
+// that nobody hears are taken from the mixer. It never falls.
 //
 // A device is lost when it reports an error, or asks for nothing or plays nothing for most of a second. Another is
 // looked for from then on. A new one first plays silence until it tells its position, and is then connected in time:
@@ -11,11 +11,16 @@
 // played more than it asked for, for as long as it was suspended; it is replaced.
 //
 // Music that falls behind real time catches up: smoothly while nothing is heard; while it is heard by skipping
-// forward, so that it is at most half a second late. A process that is stopped for more than a second does not run,
-// and neither does its time: it goes on where it was, with a fresh device.
+// forward, so that it is at most half a second late. A sound that is played less than a second after another was
+// stopped continues it: it takes over how late that one was, and is late by the time between them.
 //
-// Threads: one thread calls step(). audible() is for any thread. Neither waits for a sound server. Times are seconds
-// of one clock that never goes back; nothing here reads a clock.
+// A process that is stopped for more than a second does not run, and neither does its time: it goes on where it was,
+// with a fresh device. It counts as stopped where no thread has called anything here meanwhile; a thread that alone
+// gets no processor for so long stops nothing.
+//
+// Threads: one thread calls step(), one, the controlling one, play(), stop() and position(). audible() is for any
+// thread. No call waits for a sound server. Times are seconds of one clock that never goes back; nothing here reads a
+// clock.
 #pragma once
 
 #include <cstdint>
@@ -38,6 +43,16 @@ public:
 
     // Looks after everything at the time `now`. To be called every few milliseconds.
     void step(double now);
+
+    // Plays `sound` from its begin() on. Nothing may play. The sound stays the caller's, and must live until stop().
+    void play(StreamedSound& sound, double now);
+
+    // Silence. When this returns, the sound that played is no longer touched.
+    void stop(double now);
+
+    // The frame that is audible of the sound last played: its begin() until the first one is, and its length once the
+    // last one is. A gap in the sound delays it. It never falls.
+    double position(double now);
 
     // The mixer's frame that is audible at the time `now`.
     double audible(double now) const;
@@ -71,23 +86,50 @@ private:
     bool connect(double now);
     void run_without(double now);
     void run_with_device(double now);
-    double behind(double now);
+    void catch_up(double now);
     void take_unheard(double until);
     void publish(const Line& line, bool limited);
+    void run_clock(double now) const;
+
+    // What plays, and when it should.
+    struct Playing {
+        std::uint64_t number = 0; // the mixer's; 0 for nothing
+        double begin = 0;         // frames
+        double length = 0;
+        double due = 0; // time of the process at which the frame `begin` should be audible
+    };
+
+    // How a play is getting on.
+    struct Progress {
+        std::uint64_t number; // the mixer's; 0 for nothing
+        double next;          // the music's frame that the mixer delivers next
+        double behind;        // frames that it is behind real time
+    };
+    Progress progress(double now) const;
 
     Mixer& mixer_;
     Devices& devices_;
     State state_ = State::waiting;
     Watch watch_;
-    double begun_;           // when the waiting began
-    double last_step_;       // time of the last step
-    double due_ = 0;         // the frame that would be audible had nothing ever been late
-    std::uint64_t play_ = 0; // the mixer's play that due_ belongs to
+    double begun_;         // when the waiting began
+    double last_step_ = 0; // time of the process at the last step
 
-    // What audible() reads, guarded by the mutex.
+    // The controlling thread's.
+    std::uint64_t plays_ = 0;
+    double begin_ = 0;    // of the sound last played
+    double started_ = 0;  // the mixer's frame that was audible then
+    double position_ = 0; // last returned
+    double behind_ = 0;   // frames that the last play was behind when it was stopped
+    double stopped_at_;   // time of the process then
+
+    // Guarded by the mutex.
     mutable std::mutex mutex_;
     Line line_;
     bool limited_ = false; // nothing is heard before it is handed out
+    Playing playing_;
+    mutable double seen_;              // when anything was last called
+    mutable double ran_ = 0;           // time of the process: seconds that it was not stopped
+    mutable bool was_stopped_ = false; // since the last step
 };
 
 } // namespace desktop
