@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 
 #include "hosts/common/mp3_stream.h"
@@ -102,42 +104,94 @@ void expect_sound_around_the_switch(const std::vector<float>& left) {
     }
 }
 
-TEST(Video, MatroskaKeepsTheSoundToTheSample) {
-    const DecodedVideo video = exported("a.mkv", {"--fps", "5", "--from", "73", "--to", "75"});
-    EXPECT_EQ(video.sound_codec, "flac");
-    EXPECT_EQ(video.frame_times.size(), 9u);
-    expect_sound_around_the_switch(video.left);
+TEST(Video, MatroskaAndQuicktimeKeepTheSoundToTheSample) {
+    for (const auto& [name, codec] : {std::pair("a.mkv", "flac"), std::pair("a.mov", "pcm_s16le")}) {
+        const DecodedVideo video = exported(name, {"--fps", "5", "--from", "73", "--to", "75"});
+        EXPECT_EQ(video.sound_codec, codec);
+        EXPECT_EQ(video.frame_times.size(), 9u);
+        expect_sound_around_the_switch(video.left);
+    }
 }
 
-// The recipe of the exporter's README: ranges rendered apart, then joined.
-TEST(Video, RangesRenderedApartJoinWithoutASeam) {
-    TestFolder folder;
-    const auto render = [&](const char* from, const char* to, const std::string& name) {
-        const Finished finished = run_program(
-            export_show({"-q", "--fps", "5", "--crf", "0", "--from", from, "--to", to, "-o", folder / name}));
-        EXPECT_EQ(finished.status, 0) << finished.err;
-    };
-    render("73", "75", "whole.mov");
-    render("73", "73.7", "part-1.mov");
-    render("73.7", "75", "part-2.mov");
-    std::ofstream(folder / "parts.txt") << "file part-1.mov\nfile part-2.mov\n";
-    Command join;
-    join.arguments = {"/usr/bin/ffmpeg", "-loglevel", "error", "-f",        "concat", "-i",
-                      "parts.txt",       "-c",        "copy",  "joined.mov"};
-    join.folder = folder.path();
-    const Finished finished = run_program(join);
+// How much stronger the sound is than its difference to `coded`: the ratio of their powers in the worst second.
+double least_signal_to_noise(const std::vector<float>& sound, const std::vector<float>& coded) {
+    constexpr double kSilence = 1e-9; // power
+    double least = 1e9;
+    for (std::size_t begin = 0; begin + kRate <= std::min(sound.size(), coded.size()); begin += kRate) {
+        double signal = 0, noise = 0;
+        for (std::size_t i = begin; i < begin + kRate; ++i) {
+            signal += std::pow(sound[i], 2);
+            noise += std::pow(sound[i] - coded[i], 2);
+        }
+        least = std::min(least, (signal / kRate + kSilence) / (noise / kRate + kSilence));
+    }
+    return least;
+}
+
+// The commands in the project's README that render ranges and join them, as they are printed.
+std::string joining_recipe() {
+    const std::string readme = file_bytes(SKAV_README), fence = "\n```\n";
+    const std::size_t command = readme.find("-o part-1.mov");
+    if (command == readme.npos) return "";
+    const std::size_t begin = readme.rfind(fence, command) + fence.size();
+    return readme.substr(begin, readme.find(fence, begin) - begin);
+}
+
+// The last of these commands, which joins the parts that parts.txt names.
+std::string joining_command() {
+    const std::string recipe = joining_recipe();
+    return recipe.substr(recipe.rfind('\n') + 1);
+}
+
+// Runs `script` in `folder`, where skav-export is the exporter under the probe show: drawn quickly, with the real
+// show's length and music.
+void run_recipe(const std::string& script, const std::string& folder, std::vector<std::string> arguments) {
+    TestFolder programs;
+    Command command = export_probe("leftovers", std::move(arguments));
+    std::ofstream program(programs / "skav-export");
+    program << "#!/bin/bash\nexec";
+    for (const std::string& word : command.arguments) program << " '" << word << "'";
+    program << " \"$@\"\n";
+    program.close();
+    std::filesystem::permissions(programs / "skav-export", std::filesystem::perms::owner_all);
+    command.environment["PATH"] = programs.path() + ":" + std::getenv("PATH");
+    command.arguments = {"/bin/bash", "-euc", script};
+    command.folder = folder;
+    const Finished finished = run_program(command);
     ASSERT_EQ(finished.status, 0) << finished.err;
-    const DecodedVideo whole = decode_video(folder / "whole.mov");
-    const DecodedVideo joined = decode_video(folder / "joined.mov");
-    EXPECT_EQ(whole.sound_codec, "pcm_s16le");
-    expect_sound_around_the_switch(whole.left);
-    EXPECT_EQ(whole.frame_sums.size(), 9u);
+}
+
+// At this rate neither frames nor ranges begin at whole milliseconds.
+TEST(Video, TheReadmesRecipeJoinsRangesWithoutASeam) {
+    const std::vector<std::string> how = {"-q", "--fps", "7/6", "--crf", "0"};
+    TestFolder apart, at_once;
+    run_recipe(joining_recipe(), apart.path(), how);
+    const DecodedVideo joined = decode_video(apart / "show.mp4");
+    // The same sound, encoded the same way, that was never cut.
+    run_recipe(
+        "skav-export -o whole.mov\nskav-export --chapters > chapters.txt\necho file whole.mov > parts.txt\n" +
+            joining_command(),
+        at_once.path(), how);
+    const DecodedVideo whole = decode_video(at_once / "whole.mov");
+    const DecodedVideo uncut = decode_video(at_once / "show.mp4");
+
+    ASSERT_EQ(whole.frame_times.size(), 190u);
     EXPECT_EQ(joined.frame_sums, whole.frame_sums);
     ASSERT_EQ(joined.frame_times.size(), whole.frame_times.size());
     for (std::size_t i = 0; i < whole.frame_times.size(); ++i) {
-        EXPECT_NEAR(joined.frame_times[i], whole.frame_times[i], 1e-3);
+        EXPECT_NEAR(joined.frame_times[i], static_cast<double>(i) * 6 / 7, 1e-4) << i;
     }
-    EXPECT_EQ(joined.left, whole.left);
+    ASSERT_EQ(joined.chapters.size(), 13u);
+    ASSERT_EQ(whole.chapters.size(), 13u);
+    for (std::size_t i = 0; i < 13; ++i) {
+        EXPECT_EQ(joined.chapters[i].title, whole.chapters[i].title);
+        EXPECT_NEAR(joined.chapters[i].begin, whole.chapters[i].begin, 1e-3) << i;
+        EXPECT_NEAR(joined.chapters[i].end, whole.chapters[i].end, 1e-3) << i;
+    }
+    EXPECT_EQ(joined.sound_codec, "aac");
+    EXPECT_NEAR(joined.duration, whole.duration, 0.03);
+    EXPECT_TRUE(joined.left == uncut.left) << "the sound has a seam";
+    EXPECT_GT(least_signal_to_noise(whole.left, joined.left), 8);
 }
 
 } // namespace

@@ -44,8 +44,9 @@ const Container* container_of(const std::string& path) {
 }
 
 constexpr std::int64_t kSoundBitRate = 192'000;
-constexpr int kPcmBlock = 1024;        // samples per packet where the codec does not say
-constexpr int kSecondsBetweenKeys = 2; // so that players can seek
+constexpr int kPcmBlock = 1024;              // samples per packet where the codec does not say
+constexpr std::int64_t kLeastTicks = 10'000; // per second, in the header of .mp4 and .mov
+constexpr int kSecondsBetweenKeys = 2;       // so that players can seek
 
 // What libav* allocates, freed by its own function.
 template <auto free>
@@ -173,11 +174,22 @@ private:
         open_sound();
         av_dict_set(&format_->metadata, "title", "skav", 0);
         AVDictionary* options = nullptr;
-        // The index at the front: a player on the net starts at once.
-        if (container_.sound != AV_CODEC_ID_FLAC) av_dict_set(&options, "movflags", "+faststart", 0);
+        if (container_.sound != AV_CODEC_ID_FLAC) {
+            // The index at the front: a player on the net starts at once.
+            av_dict_set(&options, "movflags", "+faststart", 0);
+            // Rounded to milliseconds, the default, a part's length would move the frames of the part joined to it.
+            av_dict_set_int(&options, "movie_timescale", ticks_per_second(), 0);
+        }
         const int begun = avformat_write_header(format_.get(), &options);
         av_dict_free(&options);
         check(begun);
+    }
+
+    // A unit of time in which every frame's time is whole, fine enough for the sound.
+    std::int64_t ticks_per_second() const {
+        std::int64_t ticks = frames_.rate().frames;
+        while (ticks < kLeastTicks) ticks *= 2;
+        return ticks;
     }
 
     CodecPtr make_codec(const AVCodec* codec, const char* name) const {
