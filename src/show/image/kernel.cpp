@@ -68,7 +68,7 @@ bool results_fit(const KernelArgs& args) {
 } // namespace
 
 bool prepare_kernel(PreparedKernel& prepared, const KernelArgs& args, std::size_t rows, std::size_t stride,
-                    std::size_t step) {
+                    std::size_t step, const Narrowing& narrowing) {
     const std::size_t n = 2 * static_cast<std::size_t>(args.r) + 1, count = rows * n;
     prepared.taps = static_cast<Tap*>(std::calloc(count, sizeof(Tap)));
     prepared.pairs = static_cast<PairTap*>(std::calloc(count, sizeof(PairTap)));
@@ -88,10 +88,10 @@ bool prepare_kernel(PreparedKernel& prepared, const KernelArgs& args, std::size_
     kernel.count = group_taps(prepared.taps, count);
     kernel.pairs = prepared.pairs;
     kernel.pair_count = 0;
-    if (step == 1 && count >= kFewTaps && all_narrow(args.weights, count)) {
+    if (loops().convolve_narrow && step == 1 && count >= kFewTaps && all_narrow(args.weights, count)) {
         kernel.pair_count = make_pairs(prepared.pairs, args.weights, rows, n, stride);
     }
-    kernel.sum = sum;
+    kernel.narrow_start = static_cast<std::uint32_t>(narrowing.middle) * static_cast<std::uint32_t>(sum);
     kernel.divisor = args.divisor;
     kernel.bias = args.bias;
     kernel.fits = results_fit(args);

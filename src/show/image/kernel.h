@@ -21,9 +21,9 @@ struct PreparedKernel {
     Kernel kernel;
 };
 
-// Prepares a kernel of `rows` rows of 2r+1 weights, for values `step` apart in rows `stride` apart. The caller frees
-// it with free_kernel. False without memory.
+// Prepares a kernel of `rows` rows of 2r+1 weights, for values `step` apart in rows `stride` apart that may be
+// narrowed. The caller frees it with free_kernel. False without memory.
 bool prepare_kernel(PreparedKernel& prepared, const KernelArgs& args, std::size_t rows, std::size_t stride,
-                    std::size_t step);
+                    std::size_t step, const Narrowing& narrowing);
 
 void free_kernel(PreparedKernel& prepared);

@@ -14,11 +14,17 @@ struct Tap {
     std::ptrdiff_t offset;
 };
 
-// Two weights of 16 bits, for the value at `offset` and for its right neighbour. Processors have an instruction that
+// Two weights of 16 bits, for the value at `offset` and for its right neighbour. x86 has an instruction that
 // multiplies and adds such pairs.
 struct PairTap {
     std::uint32_t weights; // the first one in the low half
     std::ptrdiff_t offset;
+};
+
+// How 32-bit values are brought into 16 bits: v becomes (v >> shift) - middle, which must fit into `bits` bits with a
+// sign.
+struct Narrowing {
+    std::int32_t shift, middle, bits;
 };
 
 struct Kernel {
@@ -26,7 +32,7 @@ struct Kernel {
     std::size_t count;
     const PairTap* pairs; // the same weights; none if they are too large, too few or not side by side
     std::size_t pair_count;
-    std::int32_t sum; // of all weights
+    std::uint32_t narrow_start; // the sum of weight * middle of the narrowed values
     double divisor;
     std::int32_t bias;
     bool fits; // whether every possible result fits into 32 bits
@@ -51,12 +57,13 @@ struct Loops {
     // blocks: kLoopSlack values beyond `count` must be readable.
     void (*convolve)(std::int32_t* out, const std::int32_t* in, std::size_t count, const Kernel& kernel);
 
-    // out[i] = values[i] - middle. Returns whether all of them fit into 16 bits.
-    bool (*narrow)(std::int16_t* out, const std::int32_t* values, std::size_t count, std::int32_t middle);
+    // Narrows values. Returns whether all of them fit. Null where convolve_narrow is.
+    bool (*narrow)(std::int16_t* out, const std::int32_t* values, std::size_t count,
+                   const Narrowing& narrowing);
 
-    // As convolve, with the kernel's pairs, on values from which narrow has subtracted `middle`.
+    // As convolve, with the kernel's pairs, on narrowed values. Null where it would not be faster.
     void (*convolve_narrow)(std::int32_t* out, const std::int16_t* in, std::size_t count,
-                            const Kernel& kernel, std::int32_t middle);
+                            const Kernel& kernel);
 
     // v = trunc((v - in_lo) * scale + out_lo), for differences and results of 32 bits.
     void (*map_levels)(std::int32_t* values, std::size_t count, const LevelMap& map);

@@ -25,7 +25,6 @@ using std::uint32_t;
 
 typedef uint32_t Vector __attribute__((vector_size(LOOPS_BYTES)));
 typedef uint32_t UnalignedVector __attribute__((vector_size(LOOPS_BYTES), aligned(4), may_alias));
-typedef uint32_t UnalignedNarrow __attribute__((vector_size(LOOPS_BYTES), aligned(2), may_alias));
 
 // Registers per block: enough to hide the latency of a multiplication, and the cost of the loop over the taps.
 constexpr size_t kVectors = LOOPS_BYTES == 16 ? 8 : 4;
@@ -101,15 +100,20 @@ void convolve(int32_t* out, const int32_t* in, size_t count, const Kernel& kerne
 
 // --- Convolution of narrow values ---
 
-bool narrow(int16_t* out, const int32_t* values, size_t count, int32_t middle) {
+#ifdef __SSE2__
+
+bool narrow(int16_t* out, const int32_t* values, size_t count, const Narrowing& narrowing) {
+    const int32_t shift = narrowing.shift, middle = narrowing.middle, half = 1 << (narrowing.bits - 1);
     uint32_t outside = 0;
     for (size_t i = 0; i < count; ++i) {
-        const int32_t v = values[i] - middle;
-        outside |= static_cast<uint32_t>(v + 32768) >> 16;
+        const int32_t v = (values[i] >> shift) - middle;
+        outside |= static_cast<uint32_t>(v + half);
         out[i] = static_cast<int16_t>(v);
     }
-    return outside == 0;
+    return outside >> narrowing.bits == 0;
 }
+
+typedef uint32_t UnalignedNarrow __attribute__((vector_size(LOOPS_BYTES), aligned(2), may_alias));
 
 // In every lane of 32 bits: a[0] * b[0] + a[1] * b[1] of their two halves, as signed numbers of 16 bits.
 inline Vector multiply_add(Vector a, Vector b) {
@@ -119,23 +123,18 @@ inline Vector multiply_add(Vector a, Vector b) {
 #elif LOOPS_BYTES == 32
     return reinterpret_cast<Vector>(
         _mm256_madd_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
-#elif defined(__SSE2__)
+#else
     return reinterpret_cast<Vector>(
         _mm_madd_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
-#else
-    typedef int32_t Signed __attribute__((vector_size(LOOPS_BYTES)));
-    const Signed a1 = reinterpret_cast<Signed>(a) >> 16, b1 = reinterpret_cast<Signed>(b) >> 16;
-    const Signed a0 = reinterpret_cast<Signed>(a << 16) >> 16, b0 = reinterpret_cast<Signed>(b << 16) >> 16;
-    return reinterpret_cast<Vector>(a0 * b0 + a1 * b1);
 #endif
 }
 
 // The same sums as sum_taps. A vector of 16-bit values holds two per lane: read from `in` on, the lanes give the sums
 // for the even places, and read from the next value on, those for the odd ones.
-inline void sum_pairs(int32_t sums[kBlock], const int16_t* in, const Kernel& kernel, uint32_t start) {
+inline void sum_pairs(int32_t sums[kBlock], const int16_t* in, const Kernel& kernel) {
     constexpr size_t kHalf = kVectors / 2;
     Vector even[kHalf], odd[kHalf];
-    for (size_t v = 0; v < kHalf; ++v) even[v] = odd[v] = Vector{} + start;
+    for (size_t v = 0; v < kHalf; ++v) even[v] = odd[v] = Vector{} + kernel.narrow_start;
     for (const PairTap *pair = kernel.pairs, *end = pair + kernel.pair_count; pair != end; ++pair) {
         const Vector weights = Vector{} + pair->weights;
         const UnalignedNarrow* at_even = reinterpret_cast<const UnalignedNarrow*>(in + pair->offset);
@@ -153,11 +152,15 @@ inline void sum_pairs(int32_t sums[kBlock], const int16_t* in, const Kernel& ker
     }
 }
 
-void convolve_narrow(int32_t* out, const int16_t* in, size_t count, const Kernel& kernel, int32_t middle) {
-    const uint32_t start = static_cast<uint32_t>(middle) * static_cast<uint32_t>(kernel.sum);
+void convolve_narrow(int32_t* out, const int16_t* in, size_t count, const Kernel& kernel) {
     convolve_blocks(out, count, kernel,
-                    [&](int32_t sums[kBlock], size_t i) { sum_pairs(sums, in + i, kernel, start); });
+                    [&](int32_t sums[kBlock], size_t i) { sum_pairs(sums, in + i, kernel); });
 }
+
+#else
+constexpr auto narrow = nullptr;
+constexpr auto convolve_narrow = nullptr;
+#endif
 
 // --- Levels ---
 
