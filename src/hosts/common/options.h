@@ -32,8 +32,9 @@ struct Option {
     char letter;       // 'o' for -o; 0: none
     std::string value; // what --help calls its value: "TIME"; empty: it takes none
     std::string help;  // one paragraph
-    std::function<void(const std::string& value)>
-        read; // throws std::invalid_argument: what is wrong with the value
+
+    // Takes the value. Throws std::invalid_argument with what is wrong with it.
+    std::function<void(const std::string& value)> read;
 };
 
 struct OptionGroup {
