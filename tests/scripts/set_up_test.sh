@@ -1,4 +1,4 @@
-# set_up_test.sh CASE PROJECT: tries ./run or ./test on a copy of what they need, on a machine whose package manager,
+# set_up_test.sh CASE PROJECT: tries ./run, ./test or packaging/release on a copy of what they need, on a machine whose package manager,
 # user and build are made up by stand-ins on the PATH.
 set -u
 case=$1
@@ -81,6 +81,41 @@ call() {
 expect_status() { [ "$status" = "$1" ] || fail "status $1 expected"; }
 expect_in() { grep -qF -- "$2" "$work/$1" || fail "'$2' expected in $1"; }
 expect_not_in() { grep -qF -- "$2" "$work/$1" && fail "'$2' not expected in $1"; return 0; }
+# A checkout of a version with that heading in its CHANGELOG, and programs that make files with next to nothing in them.
+release_of() {
+    printf '# Changelog\n\n## %s\n' "$1" >"$work/tree/CHANGELOG.md"
+    echo 'project(skav VERSION 2.5.0 LANGUAGES CXX)' >"$work/tree/CMakeLists.txt"
+    mkdir -p "$work/tree/docs"
+    echo /build/ >"$work/tree/.gitignore"
+    printf '#!/bin/bash\necho "make-pictures $*" >>"$MACHINE/log"\necho picture >"$1/cube.png"\n' >"$work/tree/docs/make-pictures"
+    chmod +x "$work/tree/docs/make-pictures"
+    stand_in dpkg <<<$'#!/bin/bash\necho amd64'
+    stand_in lintian <<<$'#!/bin/bash\necho "lintian $*" >>"$MACHINE/log"'
+    stand_in cpack <<'END'
+#!/bin/bash
+echo "cpack $*" >>"$MACHINE/log"
+mkdir -p build/packages
+case $* in
+*Source*)
+    git archive --prefix=skav-2.5.0/ HEAD -o build/packages/skav-2.5.0.tar
+    mv build/packages/skav-2.5.0.tar build/packages/skav-2.5.0.tar.xz
+    ;;
+*) touch build/packages/skav_2.5.0-1_amd64.deb build/packages/skav-data_2.5.0-1_all.deb ;;
+esac
+END
+    mkdir -p "$work/tree/build/package/src/hosts/offscreen"
+    cat >"$work/tree/build/package/src/hosts/offscreen/skav-export" <<'END'
+#!/bin/bash
+echo "skav-export $*" >>"$MACHINE/log"
+echo video >"${!#}"
+[ ! -e "$MACHINE/interrupted" ]
+END
+    chmod +x "$work/tree/build/package/src/hosts/offscreen/skav-export"
+    export GIT_CONFIG_GLOBAL=$work/gitconfig GIT_CONFIG_NOSYSTEM=1
+    git config --global user.name Tester
+    git config --global user.email tester@example.org
+    (cd "$work/tree" && git init -q && git add -A && git commit -qm Version)
+}
 without_package() { sed -i "/^$1\$/d" "$work/installed"; }
 
 case $case in
@@ -249,6 +284,54 @@ run_opens_no_window_where_there_is_no_display)
     expect_status 1
     expect_in err "no display"
     [ ! -s "$work/log" ] || fail "nothing should have been done"
+    ;;
+release_makes_everything_with_its_checksums)
+    release_of '2.5.0, 2030-01-31'
+    call packaging/release "$work/released files" </dev/null
+    expect_status 0
+    cd "$work/released files" || fail "no folder"
+    [ "$(find . -type f ! -path './.*' | sort | paste -sd ' ')" = "./SHA256SUMS ./skav-2.5.0-de.mp4 ./skav-2.5.0-en.mp4 \
+./skav-2.5.0.tar.xz ./skav-data_2.5.0-1_all.deb ./skav_2.5.0-1_amd64.deb ./stills/cube.png" ] || fail "$(find .)"
+    sha256sum --check --quiet SHA256SUMS || fail "wrong checksums"
+    [ "$(wc -l <SHA256SUMS)" = 6 ] || fail "$(cat SHA256SUMS)"
+    expect_in log "lintian --allow-root --fail-on error,warning"
+    ;;
+release_goes_on_where_it_was_interrupted)
+    release_of '2.5.0, 2030-01-31'
+    touch "$work/interrupted"
+    call packaging/release </dev/null
+    expect_status 1
+    expect_in err "skav-2.5.0-en.mp4 could not be made"
+    [ ! -e "$work/tree/build/release-files/skav-2.5.0-en.mp4" ] || fail "a part of a video is taken for the whole"
+    rm "$work/interrupted"
+    : >"$work/log"
+    call packaging/release </dev/null
+    expect_status 0
+    expect_in err "skav-2.5.0.tar.xz is there already"
+    expect_in log "skav-2.5.0-en.mp4"
+    expect_not_in log cpack
+    expect_not_in log make-pictures
+    ;;
+release_is_of_one_commit)
+    release_of '2.5.0, 2030-01-31'
+    call packaging/release </dev/null
+    expect_status 0
+    (cd "$work/tree" && git commit -q --allow-empty -m Later)
+    call packaging/release </dev/null
+    expect_status 1
+    expect_in err "files of another commit"
+    echo change >>"$work/tree/CHANGELOG.md"
+    call packaging/release </dev/null
+    expect_status 1
+    expect_in err "not committed"
+    ;;
+release_needs_a_dated_version)
+    release_of Unreleased
+    call packaging/release </dev/null
+    expect_status 1
+    expect_in err "## 2.5.0, DATE"
+    call packaging/release --trial </dev/null
+    expect_status 0
     ;;
 *) fail "no such case: $case" ;;
 esac
