@@ -1,0 +1,250 @@
+#include "hosts/page/gl/geometry.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "hosts/page/gl/errors.h"
+#include "hosts/page/gl/queue.h"
+#include "hosts/page/gl/textures.h"
+
+namespace page::gl {
+
+Queue g_queue;
+
+namespace {
+
+// The current attributes.
+Float4 g_color;
+Float4 g_normal;
+GLfloat g_s, g_t;
+
+// The primitive between glBegin and glEnd.
+GLenum g_mode;
+GLuint g_first; // its first vertex in the queue
+
+// How its vertices are transformed.
+const Transform* g_transform;
+bool g_needs_eye;          // lighting or fog is on
+bool g_has_texture_matrix; // other than the identity
+Float4 g_eye_normal;
+bool g_eye_normal_is_old = true;
+
+// The state of the last item, whose texture members are filled.
+State g_drawn_state;
+bool g_has_drawn_state = false;
+
+GLenum topology_of(GLenum mode) {
+    switch (mode) {
+    case GL_POINTS:
+        return GL_POINTS;
+    case GL_LINES:
+    case GL_LINE_STRIP:
+    case GL_LINE_LOOP:
+        return GL_LINES;
+    default:
+        return GL_TRIANGLES;
+    }
+}
+
+template <class T>
+bool same_bytes(const T& a, const T& b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+// Number in the queue of the lights and materials as they are now.
+std::size_t queue_lighting() {
+    bool changed = false;
+    const LightingBlock& block = lighting_block(changed);
+    std::vector<LightingBlock>& queued = g_queue.lighting;
+    if (queued.empty() || (changed && !same_bytes(queued.back(), block))) queued.push_back(block);
+    return queued.size() - 1;
+}
+
+// Sees to it that the last item of the queue has the state as it is now.
+void prepare_item(GLenum topology) {
+    if (take_state_changed() || !g_has_drawn_state) {
+        g_drawn_state = state();
+        g_has_drawn_state = true;
+        if (g_drawn_state.texturing) fill_texture_state(g_drawn_state);
+    }
+    const std::size_t lighting = g_drawn_state.lighting ? queue_lighting() : 0;
+    if (!g_queue.items.empty()) {
+        const Item& last = g_queue.items.back();
+        if (last.clear == 0 && last.topology == topology && last.lighting == lighting &&
+            same_bytes(last.state, g_drawn_state))
+            return;
+    }
+    g_queue.items.push_back({0, {}, g_drawn_state, topology, lighting, g_queue.indices.size(), 0});
+}
+
+// Appends triangles, each of three vertices counted from the primitive's first.
+void add_triangle(GLuint a, GLuint b, GLuint c) {
+    const GLuint triangle[] = {g_first + a, g_first + b, g_first + c};
+    g_queue.indices.insert(g_queue.indices.end(), triangle, triangle + 3);
+}
+
+void add_line(GLuint a, GLuint b) {
+    const GLuint line[] = {g_first + a, g_first + b};
+    g_queue.indices.insert(g_queue.indices.end(), line, line + 2);
+}
+
+// Cuts the primitive's vertices into what the driver draws. The last vertex of each is the one that gives a flat
+// colour. Quads are cut as the reference renderer does it: along the diagonal from their second to their last vertex.
+void add_indices() {
+    const GLuint count = static_cast<GLuint>(g_queue.vertices.size()) - g_first;
+    switch (g_mode) {
+    case GL_POINTS:
+        for (GLuint i = 0; i < count; ++i) g_queue.indices.push_back(g_first + i);
+        break;
+    case GL_LINES:
+        for (GLuint i = 1; i < count; i += 2) add_line(i - 1, i);
+        break;
+    case GL_LINE_STRIP:
+    case GL_LINE_LOOP:
+        for (GLuint i = 1; i < count; ++i) add_line(i - 1, i);
+        if (g_mode == GL_LINE_LOOP && count > 1) add_line(count - 1, 0);
+        break;
+    case GL_TRIANGLES:
+        for (GLuint i = 2; i < count; i += 3) add_triangle(i - 2, i - 1, i);
+        break;
+    case GL_TRIANGLE_STRIP:
+        for (GLuint i = 2; i < count; ++i) add_triangle(i - 2 + i % 2, i - 1 - i % 2, i);
+        break;
+    case GL_TRIANGLE_FAN:
+        for (GLuint i = 2; i < count; ++i) add_triangle(0, i - 1, i);
+        break;
+    case GL_QUADS:
+        for (GLuint i = 3; i < count; i += 4) {
+            add_triangle(i - 3, i - 2, i);
+            add_triangle(i - 2, i - 1, i);
+        }
+        break;
+    case GL_QUAD_STRIP:
+        for (GLuint i = 3; i < count; i += 2) {
+            add_triangle(i - 1, i - 3, i);
+            add_triangle(i - 3, i - 2, i);
+        }
+        break;
+    case GL_POLYGON: // its first vertex gives the flat colour
+        for (GLuint i = 2; i < count; ++i) add_triangle(i - 1, i, 0);
+        break;
+    }
+    Item& item = g_queue.items.back();
+    item.count = g_queue.indices.size() - item.first;
+}
+
+// Vertices of one whole part of a primitive of that mode; 0: all vertices belong together.
+GLuint vertices_of_part(GLenum mode) {
+    switch (mode) {
+    case GL_POINTS:
+        return 1;
+    case GL_LINES:
+        return 2;
+    case GL_TRIANGLES:
+        return 3;
+    case GL_QUADS:
+        return 4;
+    default:
+        return 0;
+    }
+}
+
+void begin_part() {
+    prepare_item(topology_of(g_mode));
+    g_first = static_cast<GLuint>(g_queue.vertices.size());
+    g_needs_eye = g_drawn_state.lighting || g_drawn_state.fog;
+}
+
+} // namespace
+
+void begin(GLenum mode) {
+    if (!outside_begin()) return;
+    if (mode > GL_POLYGON) return set_error(GL_INVALID_ENUM);
+    g_in_begin = true;
+    g_mode = mode;
+    g_transform = &current_transform(g_eye_normal_is_old);
+    g_has_texture_matrix = !same_bytes(texture_matrix(), kIdentity);
+    begin_part();
+}
+
+void end() {
+    if (!g_in_begin) return set_error(GL_INVALID_OPERATION);
+    g_in_begin = false;
+    add_indices();
+}
+
+void vertex(GLfloat x, GLfloat y, GLfloat z) {
+    if (!g_in_begin) return;
+    Vertex v;
+    v.clip = transform(g_transform->clip, x, y, z);
+    v.eye_s = Float4{};
+    if (g_needs_eye) {
+        v.eye_s = transform(g_transform->eye, x, y, z);
+        if (g_eye_normal_is_old) {
+            const Float4* columns = g_transform->normal;
+            g_eye_normal = columns[0] * g_normal[0] + columns[1] * g_normal[1] + columns[2] * g_normal[2];
+            g_eye_normal_is_old = false;
+        }
+    }
+    v.normal_t = g_eye_normal;
+    GLfloat s = g_s, t = g_t;
+    if (g_has_texture_matrix) {
+        const Float4 transformed = transform(texture_matrix(), g_s, g_t, 0);
+        s = transformed[0];
+        t = transformed[1];
+        if (transformed[3] != 1) report_missing("a texture matrix with a perspective");
+    }
+    v.eye_s[3] = s;
+    v.normal_t[3] = t;
+    v.color = g_color;
+    g_queue.vertices.push_back(v);
+}
+
+void tex_coord(GLfloat s, GLfloat t) {
+    g_s = s;
+    g_t = t;
+}
+
+void normal(GLfloat x, GLfloat y, GLfloat z) {
+    g_normal = Float4{x, y, z, 0};
+    g_eye_normal_is_old = true;
+}
+
+void color(GLfloat red, GLfloat green, GLfloat blue, GLfloat alpha) {
+    g_color = Float4{red, green, blue, alpha};
+}
+
+void clear(GLbitfield buffers) {
+    constexpr GLbitfield kBuffers = GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT;
+    if (!outside_begin()) return;
+    if (buffers & ~(kBuffers | GL_ACCUM_BUFFER_BIT)) return set_error(GL_INVALID_VALUE);
+    if ((buffers & kBuffers) == 0) return;
+    Item item = {buffers & kBuffers, {}, state(), GL_TRIANGLES, 0, g_queue.indices.size(), 0};
+    std::copy(clear_color(), clear_color() + 4, item.clear_color);
+    g_queue.items.push_back(item);
+}
+
+Float4 current_color() { return g_color; }
+
+void material_changed() {
+    if (!g_in_begin) return;
+    const GLuint vertices = static_cast<GLuint>(g_queue.vertices.size()) - g_first;
+    const GLuint part = vertices_of_part(g_mode);
+    if (vertices != 0 && (part == 0 || vertices % part != 0)) {
+        report_missing("glMaterial between the vertices of one polygon");
+        return;
+    }
+    add_indices();
+    begin_part();
+}
+
+void reset_geometry() {
+    g_color = Float4{1, 1, 1, 1};
+    g_normal = Float4{0, 0, 1, 0};
+    g_s = g_t = 0;
+    g_eye_normal_is_old = true;
+    g_has_drawn_state = false;
+    g_queue = {};
+}
+
+} // namespace page::gl

@@ -1,0 +1,97 @@
+#include "hosts/page/gl/lists.h"
+
+#include <map>
+#include <vector>
+
+#include "hosts/page/gl/errors.h"
+
+namespace page::gl {
+
+Compiling g_compiling = Compiling::no;
+
+namespace {
+
+constexpr int kMostNested = 64;
+
+struct alignas(8) Header {
+    void (*run)(const void* command);
+    std::size_t bytes; // of the command, which follows; a multiple of the header's alignment
+};
+
+// Headers, each followed by its command.
+using List = std::vector<unsigned char>;
+
+std::map<GLuint, List> g_lists;
+GLuint g_name; // of the list being compiled
+List g_list;   // it replaces an older one of that name when it is complete
+int g_nested = 0;
+
+} // namespace
+
+void* keep_command(void (*run)(const void* command), std::size_t bytes) {
+    const Header header = {run, (bytes + alignof(Header) - 1) / alignof(Header) * alignof(Header)};
+    const std::size_t at = g_list.size();
+    g_list.resize(at + sizeof header + header.bytes);
+    std::memcpy(g_list.data() + at, &header, sizeof header);
+    return g_list.data() + at + sizeof header;
+}
+
+GLuint gen_lists(GLsizei count) {
+    if (!outside_begin()) return 0;
+    if (count < 0) set_error(GL_INVALID_VALUE);
+    if (count <= 0) return 0;
+    GLuint first = 1;
+    const GLuint number = static_cast<GLuint>(count);
+    for (auto used = g_lists.lower_bound(first); used != g_lists.end() && used->first < first + number;
+         ++used) {
+        first = used->first + 1;
+    }
+    for (GLuint i = 0; i < number; ++i) g_lists[first + i];
+    return first;
+}
+
+void new_list(GLuint name, GLenum mode) {
+    if (!outside_begin()) return;
+    if (name == 0) return set_error(GL_INVALID_VALUE);
+    if (mode != GL_COMPILE && mode != GL_COMPILE_AND_EXECUTE) return set_error(GL_INVALID_ENUM);
+    if (g_compiling != Compiling::no) return set_error(GL_INVALID_OPERATION);
+    g_name = name;
+    g_list.clear();
+    g_compiling = mode == GL_COMPILE ? Compiling::only : Compiling::and_executing;
+}
+
+void end_list() {
+    if (!outside_begin()) return;
+    if (g_compiling == Compiling::no) return set_error(GL_INVALID_OPERATION);
+    g_compiling = Compiling::no;
+    g_lists[g_name].swap(g_list);
+    g_list = {};
+}
+
+// A name without a list, and lists nested too deeply, are ignored.
+void call_list(GLuint name) {
+    const auto found = g_lists.find(name);
+    if (found == g_lists.end() || g_nested == kMostNested) return;
+    ++g_nested;
+    const Compiling compiling = g_compiling; // the commands in the list are not kept once more
+    g_compiling = Compiling::no;
+    const unsigned char* at = found->second.data();
+    const unsigned char* end = at + found->second.size();
+    while (at != end) {
+        const Header& header = *reinterpret_cast<const Header*>(at);
+        at += sizeof header;
+        header.run(at);
+        at += header.bytes;
+    }
+    g_compiling = compiling;
+    --g_nested;
+}
+
+void reset_lists() {
+    g_compiling = Compiling::no;
+    g_lists.clear();
+    g_list.clear();
+    g_nested = 0;
+}
+
+} // namespace page::gl

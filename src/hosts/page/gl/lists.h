@@ -1,0 +1,41 @@
+// Display lists: commands that are kept, and executed later.
+#pragma once
+
+#include <GL/gl.h>
+
+#include <cstring>
+#include <type_traits>
+
+namespace page::gl {
+
+// Commands are kept in the list being compiled, and executed now or only when the list is called.
+enum class Compiling { no, only, and_executing };
+extern Compiling g_compiling;
+
+// Room for a command of that many bytes, in the list being compiled; `run` executes the command at the address it gets.
+void* keep_command(void (*run)(const void* command), std::size_t bytes);
+
+// Every entry point whose call a list keeps goes through here: executes `function`, or keeps the call, or both.
+template <auto function, class... Values>
+inline void issue(Values... values) {
+    if (g_compiling != Compiling::no) {
+        const auto command = [=] { function(values...); };
+        using Command = std::remove_const_t<decltype(command)>;
+        static_assert(std::is_trivially_copyable_v<Command>);
+        void* place =
+            keep_command([](const void* kept) { (*static_cast<const Command*>(kept))(); }, sizeof command);
+        std::memcpy(place, &command, sizeof command);
+        if (g_compiling == Compiling::only) return;
+    }
+    function(values...);
+}
+
+// Commands.
+GLuint gen_lists(GLsizei count);
+void new_list(GLuint name, GLenum mode);
+void end_list();
+void call_list(GLuint name);
+
+void reset_lists();
+
+} // namespace page::gl
