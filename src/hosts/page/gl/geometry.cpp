@@ -1,9 +1,11 @@
 #include "hosts/page/gl/geometry.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "hosts/page/gl/errors.h"
+#include "hosts/page/gl/lists.h"
 #include "hosts/page/gl/queue.h"
 #include "hosts/page/gl/textures.h"
 
@@ -88,8 +90,34 @@ void add_line(GLuint a, GLuint b) {
     g_queue.indices.insert(g_queue.indices.end(), line, line + 2);
 }
 
+// Whether any vertex of the primitive lies outside the volume that is drawn.
+bool is_clipped() {
+    const auto is_outside = [](const Vertex& v) {
+        const GLfloat x = std::fabs(v.clip[0]), y = std::fabs(v.clip[1]), z = std::fabs(v.clip[2]);
+        return !(x <= v.clip[3] && y <= v.clip[3] && z <= v.clip[3]);
+    };
+    return std::any_of(g_queue.vertices.begin() + static_cast<std::ptrdiff_t>(g_first), g_queue.vertices.end(),
+                       is_outside);
+}
+
+// Quads are cut where the reference renderer cuts them, which is seen in colours and depths between the corners: from
+// the first corner to the third, but from the second to the fourth in a display list, with flat shading, and where a
+// quad of the same glBegin is clipped.
+void add_quads(GLuint count) {
+    const bool from_second = is_list_called() || g_drawn_state.flat || is_clipped();
+    for (GLuint i = 3; i < count; i += 4) {
+        if (from_second) {
+            add_triangle(i - 3, i - 2, i);
+            add_triangle(i - 2, i - 1, i);
+        } else {
+            add_triangle(i - 3, i - 2, i - 1);
+            add_triangle(i - 3, i - 1, i);
+        }
+    }
+}
+
 // Cuts the primitive's vertices into what the driver draws. The last vertex of each is the one that gives a flat
-// colour. Quads are cut as the reference renderer does it: along the diagonal from their second to their last vertex.
+// colour.
 void add_indices() {
     const GLuint count = static_cast<GLuint>(g_queue.vertices.size()) - g_first;
     switch (g_mode) {
@@ -114,10 +142,7 @@ void add_indices() {
         for (GLuint i = 2; i < count; ++i) add_triangle(0, i - 1, i);
         break;
     case GL_QUADS:
-        for (GLuint i = 3; i < count; i += 4) {
-            add_triangle(i - 3, i - 2, i);
-            add_triangle(i - 2, i - 1, i);
-        }
+        add_quads(count);
         break;
     case GL_QUAD_STRIP:
         for (GLuint i = 3; i < count; i += 2) {

@@ -36,6 +36,8 @@ void* keep_command(void (*run)(const void* command), std::size_t bytes) {
     return g_list.data() + at + sizeof header;
 }
 
+bool is_list_called() { return g_nested > 0; }
+
 GLuint gen_lists(GLsizei count) {
     if (!outside_begin()) return 0;
     if (count < 0) set_error(GL_INVALID_VALUE);

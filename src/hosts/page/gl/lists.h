@@ -30,6 +30,9 @@ inline void issue(Values... values) {
     function(values...);
 }
 
+// Whether a command that is executed now comes from a list.
+bool is_list_called();
+
 // Commands.
 GLuint gen_lists(GLsizei count);
 void new_list(GLuint name, GLenum mode);
