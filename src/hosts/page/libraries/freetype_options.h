@@ -1,0 +1,19 @@
+// FreeType's own options, less what the show's fonts do not have. Hinting and rendering stay as they are.
+#pragma once
+
+#include <freetype/config/ftoption.h>
+
+#undef FT_CONFIG_OPTION_ENVIRONMENT_PROPERTIES
+#undef FT_CONFIG_OPTION_USE_LZW
+#undef FT_CONFIG_OPTION_USE_ZLIB
+#undef FT_CONFIG_OPTION_MAC_FONTS
+#undef FT_CONFIG_OPTION_GUESSING_EMBEDDED_RFORK
+#undef FT_CONFIG_OPTION_INCREMENTAL
+#undef FT_CONFIG_OPTION_SVG
+#undef TT_CONFIG_OPTION_EMBEDDED_BITMAPS
+#undef TT_CONFIG_OPTION_COLOR_LAYERS
+#undef TT_SUPPORT_COLRV1
+#undef TT_CONFIG_OPTION_GX_VAR_SUPPORT
+#undef TT_CONFIG_OPTION_BDF
+#undef AF_CONFIG_OPTION_CJK
+#undef AF_CONFIG_OPTION_INDIC
