@@ -68,11 +68,7 @@ class Browser:
         options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
         self.driver = webdriver.Chrome(options=options, service=Service("/usr/bin/chromedriver"))
         self.driver.set_script_timeout(PATIENCE)
-        # The page's own size, whatever the window's borders take.
-        self.driver.execute_cdp_cmd(
-            "Emulation.setDeviceMetricsOverride",
-            {"width": size[0], "height": size[1], "deviceScaleFactor": 1, "mobile": False},
-        )
+        self.resize(size)
         if before:
             self.driver.execute_cdp_cmd("Page.addScriptToEvaluateOnNewDocument", {"source": before})
 
@@ -82,6 +78,14 @@ class Browser:
 
     def open(self, address):
         self.driver.get(address)
+
+    def resize(self, size, ratio=1):
+        """Gives the page this size in CSS pixels, of `ratio` device pixels each."""
+        self.driver.execute_cdp_cmd(
+            "Emulation.setDeviceMetricsOverride",
+            {"width": size[0], "height": size[1], "deviceScaleFactor": ratio, "mobile": False},
+        )
+        self.wait(f"innerWidth === {size[0]} && innerHeight === {size[1]}")
 
     def js(self, expression):
         """The value of an expression in the page."""

@@ -191,10 +191,7 @@ class PageTest(unittest.TestCase):
             (400, 800, 2, (800, 600)),
             (3000, 3000, 2, (4096, 3072)),
         ):
-            browser.driver.execute_cdp_cmd(
-                "Emulation.setDeviceMetricsOverride",
-                {"width": width, "height": height, "deviceScaleFactor": ratio, "mobile": False},
-            )
+            browser.resize((width, height), ratio)
             browser.wait(f"skav.performer.canvas.width === {picture[0]} && "
                          f"skav.performer.canvas.height === {picture[1]}")
             box = browser.js("skav.performer.canvas.getBoundingClientRect()")

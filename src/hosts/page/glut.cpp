@@ -3,7 +3,10 @@
 #include <GL/glut.h>
 #include <emscripten.h>
 
+#include <cstdlib>
+
 #include "hosts/common/geometry.h"
+#include "hosts/page/gl/driver.h"
 #include "hosts/page/gl/layer.h"
 
 namespace {
@@ -62,7 +65,7 @@ void glutGameModeString(const char*) {}
 int glutEnterGameMode(void) {
     use_context();
     page::gl::set_report(report);
-    page::gl::start(page::gl::browser_driver(), kPicture.width, kPicture.height);
+    if (!page::gl::start(page::gl::browser_driver(), kPicture.width, kPicture.height)) std::abort();
     return 1;
 }
 
