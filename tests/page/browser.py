@@ -3,6 +3,7 @@
 import functools
 import http.server
 import os
+import pathlib
 import tempfile
 import threading
 
@@ -76,6 +77,17 @@ class Browser:
         self.driver.quit()
         self.folder.cleanup()
 
+    def graphics_process(self):
+        """The id of this browser's process that draws."""
+        for process in pathlib.Path("/proc").glob("[0-9]*"):
+            try:
+                arguments = (process / "cmdline").read_text()
+            except OSError:
+                continue  # it has just ended
+            if "--type=gpu-process" in arguments and self.folder.name in arguments:
+                return int(process.name)
+        raise AssertionError("no process draws")
+
     def open(self, address):
         self.driver.get(address)
 
@@ -91,16 +103,24 @@ class Browser:
         """The value of an expression in the page."""
         return self.driver.execute_script(f"return {expression};")
 
+    def peek(self, expression):
+        """The same, but not as if the user had done it: a browser lets only a user start sound."""
+        answer = self.driver.execute_cdp_cmd(
+            "Runtime.evaluate", {"expression": expression, "returnByValue": True, "userGesture": False}
+        )
+        return answer["result"].get("value")
+
     def js_async(self, promise):
         """What a promise in the page resolves to."""
         return self.driver.execute_async_script(
             f"const done = arguments[arguments.length - 1]; ({promise}).then(done, (e) => done('rejected: ' + e));"
         )
 
-    def wait(self, condition):
-        """Waits until a condition holds in the page, and returns its value."""
+    def wait(self, condition, look=None):
+        """Waits until a condition holds in the page, and returns its value. It looks by js, or by peek."""
+
         def value(driver):
-            return self.js(condition)
+            return (look or self.js)(condition)
 
         try:
             return WebDriverWait(self.driver, PATIENCE, poll_frequency=0.05).until(value)

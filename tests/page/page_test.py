@@ -5,6 +5,7 @@ Usage: SITE=FOLDER python3 page_test.py [-v] [PageTest.test_NAME]
 
 import os
 import pathlib
+import signal
 import unittest
 
 from selenium.webdriver.common.keys import Keys
@@ -222,14 +223,7 @@ class PageTest(unittest.TestCase):
 
     def test_lost_graphics_are_said_and_the_show_starts_again(self):
         browser = self.started("?t=20")
-        show = browser.driver.current_window_handle
-        browser.driver.switch_to.new_window("tab")
-        try:
-            browser.driver.get("chrome://gpucrash")
-        except Exception:
-            pass  # the tab is lost with it
-        browser.driver.switch_to.window(show)
-        browser.driver.execute_cdp_cmd("Page.bringToFront", {})
+        os.kill(browser.graphics_process(), signal.SIGKILL)
         browser.wait("document.body.dataset.state === 'failed'")
         self.assertIn("graphics", browser.text("message"))
         browser.click("again")
@@ -276,14 +270,15 @@ class PageTest(unittest.TestCase):
         self.assert_plays(browser)
 
     def test_a_browser_that_blocks_the_sound_plays_silently_until_a_click(self):
-        browser = self.browser("--autoplay-policy=user-gesture-required")
+        browser = self.browser("--autoplay-policy=document-user-activation-required")
         browser.open(self.server.address + "?t=20")
-        browser.wait_for_state("ready")
-        # Without a gesture.
-        browser.driver.execute_cdp_cmd("Runtime.evaluate", {"expression": "skav.start()", "userGesture": False})
-        browser.wait("!document.getElementById('note').hidden")
-        self.assertIn("No sound", browser.text("note"))
-        self.assert_plays(browser)
+        browser.wait("window.skav && skav.state === 'ready'", browser.peek)
+        browser.peek("skav.start()")
+        browser.wait("!document.getElementById('note').hidden", browser.peek)
+        self.assertEqual(browser.peek("skav.context.state"), "suspended")
+        self.assertIn("No sound", browser.peek("document.getElementById('note').textContent"))
+        position = browser.peek("skav.music.last")
+        browser.wait(f"skav.music.last > {position} + 300", browser.peek)
         browser.click("stage")
         browser.wait("skav.music.heard")
         self.assert_plays(browser)
