@@ -204,6 +204,10 @@ void GLAPIENTRY glTexImage2D(GLenum target, GLint level, GLint internal_format, 
         gl::report_missing("glTexImage2D in a display list");
     gl::tex_image(target, level, internal_format, width, height, border, format, type, pixels);
 }
+// GLU names it, but the show has no such textures.
+void GLAPIENTRY glTexImage1D(GLenum, GLint, GLint, GLsizei, GLint, GLenum, GLenum, const GLvoid*) {
+    gl::report_missing("glTexImage1D");
+}
 void GLAPIENTRY glPixelStorei(GLenum name, GLint value) { gl::pixel_store(name, value); }
 void GLAPIENTRY glGetTexLevelParameteriv(GLenum target, GLint level, GLenum name, GLint* value) {
     gl::get_tex_level_parameter(target, level, name, value);
