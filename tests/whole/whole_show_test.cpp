@@ -78,19 +78,18 @@ TEST(WholeShow, PlaysFromThePromptToItsEndInStepWithWhatIsHeard) {
     EXPECT_LT(passed, played + 1.0);
 }
 
-// Skipped frames read the clock of frames; those after it, from the time asked for on, what is heard.
-TEST(WholeShow, PlaysFromATimeInTheMiddleToItsEndInStepWithWhatIsHeard) {
+// Skipped frames read the clock of frames, and those after it the music's position from the time asked for on. What is
+// heard from there on is a test of the sound calls.
+TEST(WholeShow, PlaysFromATimeInTheMiddleToItsEnd) {
     const auto display = DisplayServer::virtual_screen(1024, 768);
     ASSERT_TRUE(display);
-    const PulseServer sound_server;
-    PulseRecorder recorder;
     const TestFolder folder;
+    hide_sound_devices(folder);
     const auto log = folder / "frames";
     Process show({{SKAV_LOGGED_PROGRAM, "--from", "2:35", "--language", "en"},
                   {{"DISPLAY", display->name()}, {"FRAME_LOG", log}},
                   DATA_DIRECTORY});
     EXPECT_EQ(show.wait(std::chrono::seconds(600)), 0);
-    recorder.stop();
     EXPECT_EQ(show.output(), "");
     EXPECT_EQ(show.errors(), "");
 
@@ -101,11 +100,12 @@ TEST(WholeShow, PlaysFromATimeInTheMiddleToItsEndInStepWithWhatIsHeard) {
     const auto first = std::find_if(frames.begin(), frames.end(),
                                     [](const Poll& frame) { return frame.position >= kStart; });
     ASSERT_NE(first, frames.end());
-    EXPECT_EQ(first->position, kStart);
-    EXPECT_EQ((first - 1)->position, kStart - 17) << "a sixtieth of a second earlier";
+    ASSERT_NE(first, frames.begin());
+    const Poll& skipped = *(first - 1);
+    EXPECT_EQ(skipped.position, kStart - 17) << "a sixtieth of a second earlier";
+    EXPECT_LE(first->position, kStart + 1000 * (first->after - skipped.before));
     EXPECT_EQ(plays[0].frames.size() + static_cast<std::size_t>(first - frames.begin()), 4440u + 1 + 4841u)
         << "74 s and 80.7 s at 60 frames a second";
-    expect_polls_follow(recorder, read_mp3(DATA_DIRECTORY "/zev_voc.mp3"), {first, frames.end()});
     expect_ends_at(plays[0], 74000);
     expect_ends_at(plays[1], 162000 - 74300);
 }
