@@ -32,7 +32,7 @@ public:
         error = FMOD_ERR_FILE_NOTFOUND;
         return nullptr;
     }
-    void play(common::Sound& sound) override { music_play(static_cast<Piece&>(sound).file()); }
+    void play(common::Sound& sound, unsigned) override { music_play(static_cast<Piece&>(sound).file()); }
     void stop() override { music_stop(); }
     unsigned position_ms() override { return static_cast<unsigned>(music_position()); }
 

@@ -73,7 +73,7 @@ public:
         constexpr unsigned kMinutes = 60'000;
         return std::make_unique<common::Sound>(10 * kMinutes);
     }
-    void play(common::Sound&) override {
+    void play(common::Sound&, unsigned) override {
         g_playing = true;
         from_ = std::max(g_frame, 0);
     }
