@@ -6,6 +6,7 @@
 //   screen sum             prints a number that another picture does not have
 //   screen close CLASS     asks the window of that class to close
 //   screen destroy CLASS   destroys it
+//   screen kill CLASS      ends the connection of its program
 #include <cstdlib>
 #include <iostream>
 #include <set>
@@ -49,10 +50,12 @@ int main(int argc, char** argv) {
             std::cout << count_colors(viewer.picture()) << "\n";
         } else if (action == "sum") {
             std::cout << sum(viewer.picture()) << "\n";
-        } else if (action == "close" || action == "destroy") {
+        } else if (action == "close" || action == "destroy" || action == "kill") {
             const Window window = viewer.find_window(what);
             if (window == None) return 1;
-            action == "close" ? viewer.ask_to_close(window) : viewer.destroy(window);
+            if (action == "close") viewer.ask_to_close(window);
+            if (action == "destroy") viewer.destroy(window);
+            if (action == "kill") viewer.kill_client_of(window);
         } else {
             return 2;
         }

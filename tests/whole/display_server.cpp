@@ -38,6 +38,8 @@ bool DisplayServer::start(std::vector<std::string> words) {
     return !name_.empty() && process_->running();
 }
 
+void DisplayServer::freeze() { process_->send(SIGSTOP); }
+
 void DisplayServer::end() {
     process_->send(SIGTERM);
     process_->wait();

@@ -23,6 +23,9 @@ public:
     // Ends the server while its clients are connected.
     void end();
 
+    // Keeps the server from answering.
+    void freeze();
+
 private:
     DisplayServer() = default;
     bool start(std::vector<std::string> words);

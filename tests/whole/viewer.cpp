@@ -161,6 +161,11 @@ void Viewer::destroy(Window window) const {
     XSync(display(), False);
 }
 
+void Viewer::kill_client_of(Window window) const {
+    XKillClient(display(), window);
+    XSync(display(), False);
+}
+
 void Viewer::ask_to_close(Window window) const {
     XEvent event = {};
     event.xclient.type = ClientMessage;

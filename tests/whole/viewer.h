@@ -61,6 +61,9 @@ public:
     void unmap(Window window) const;
     void destroy(Window window) const;
 
+    // Ends the connection of the client that made the window.
+    void kill_client_of(Window window) const;
+
     // Asks the window to close, as a window manager does.
     void ask_to_close(Window window) const;
 

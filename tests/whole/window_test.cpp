@@ -52,6 +52,16 @@ TEST_P(Closing, ByAnotherClientEndsTheProcessWithStatus0) {
     EXPECT_EQ("", show.errors());
 }
 
+TEST_P(Closing, ByEndingItsConnectionEndsTheProcessWithStatus0) {
+    const auto server = DisplayServer::virtual_screen(1280, 1024);
+    const Viewer screen(server->name());
+    Process show(test_show(*server, GetParam(), {"--window"}));
+    ASSERT_TRUE(eventually([&] { return shows_test_picture(screen.picture(), {100, 100, 1024, 768}); }));
+    screen.kill_client_of(screen.find_window(kClass));
+    EXPECT_EQ(0, show.wait());
+    EXPECT_EQ("", show.errors());
+}
+
 TEST(XErrors, ThatNobodyExpectsEndTheProcessWithOneLine) {
     const auto server = DisplayServer::virtual_screen(640, 480);
     Process show(test_show(*server, "error"));
@@ -153,6 +163,21 @@ TEST_P(LostServer, EndsTheProcessWithOneLine) {
     EXPECT_EQ(1, show.wait());
     EXPECT_EQ(1, count_lines(show.errors())) << show.errors();
     EXPECT_EQ("reshape 1024 768\nframe\n", show.output());
+}
+
+// The test's own connections are closed before: they would wait as well.
+TEST_P(LostServer, ThatOnlyHangsLetsOneSignalEndTheProcess) {
+    const auto server = DisplayServer::virtual_screen(640, 480);
+    Process show(test_show(*server, GetParam()));
+    {
+        const Viewer screen(server->name());
+        ASSERT_TRUE(eventually([&] { return shows_test_picture(screen.picture(), {0, 0, 640, 480}); }));
+    }
+    server->freeze();
+    std::this_thread::sleep_for(std::chrono::milliseconds(300)); // the show waits for an answer
+    show.send(SIGTERM);
+    EXPECT_EQ(128 + SIGTERM, show.wait());
+    EXPECT_EQ("", show.errors());
 }
 
 INSTANTIATE_TEST_SUITE_P(Callbacks, LostServer, testing::Values("picture", "busy"));

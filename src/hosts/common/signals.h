@@ -16,7 +16,7 @@ void handle_signals();
 int noted_signal();
 
 // Waits until `descriptor` is ready for `events` (POLLIN, POLLOUT) or has failed: true. False when a signal has been
-// noted and it is not ready. From any thread.
+// noted and it is not ready. A negative descriptor never is. From any thread.
 bool wait_until_ready(int descriptor, short events);
 
 // Writes all of `data`, waiting for a slow reader. False when that fails, with the reason in errno: EINTR says that a

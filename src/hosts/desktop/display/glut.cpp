@@ -9,6 +9,7 @@
 // - glutIdleFunc: requests to end; frames while the window is hidden, which freeglut leaves out.
 // - glutSwapBuffers: presents the surface, on a screen that may have changed; requests to end.
 #include <GL/freeglut.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
@@ -108,6 +109,15 @@ void end_if_asked() {
     read_reports();
     if (g_window_destroyed || take_close_request()) std::exit(0);
     end_on_x_error();
+}
+
+// Ends the process a second after a signal where the X server hangs: no call to it returns then, at the end neither.
+void end_though_server_hangs() {
+    std::thread([] {
+        if (common::wait_until_ready(-1, 0)) return;
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+        _exit(128 + common::noted_signal());
+    }).detach();
 }
 
 // Keeps the window on the main monitor when somebody changes its mode.
@@ -220,6 +230,7 @@ extern "C" {
 void __wrap_glutInit(int* argc, char** argv) {
     end_prompt();
     common::handle_signals();
+    end_though_server_hangs();
     g_display = connect_to_x_server();
     remove_mark_of_dead_window_manager(g_display);
     glutInitErrorFunc(fail_for_glut);

@@ -30,11 +30,13 @@ int catch_error(Display*, XErrorEvent*) {
     return 0;
 }
 
-// No exit handlers: they would talk to the server that is gone. Only what the program has printed is kept.
-int end_without_server(Display*) {
-    say("the connection to the X server is lost");
+// No exit handlers: they would use the connection that is gone. Only what the program has printed is kept. Where the
+// server still answers, another client has ended the connection (XKillClient) as it might have closed the window.
+int end_without_connection(Display* display) {
+    const bool server_is_lost = !XOpenDisplay(DisplayString(display));
+    if (server_is_lost) say("the connection to the X server is lost");
     std::fflush(stdout);
-    _exit(1);
+    _exit(server_is_lost ? 1 : 0);
 }
 
 bool is_set(const char* variable) {
@@ -84,7 +86,7 @@ Display* connect_to_x_server() {
     Display* display = XOpenDisplay(nullptr);
     if (!display) fail_without_display();
     XSetErrorHandler(note_error);
-    XSetIOErrorHandler(end_without_server);
+    XSetIOErrorHandler(end_without_connection);
     if (!glXQueryExtension(display, nullptr, nullptr)) {
         fail(1, "the X server has no OpenGL (its GLX extension is missing); enable GLX there or use another "
                 "display");

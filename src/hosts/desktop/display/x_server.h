@@ -8,7 +8,7 @@ namespace desktop {
 
 // Opens the connection, or ends the process with status 1 and a line that says what is missing: a display, or
 // OpenGL on it. From then on X errors are noted, see below, and losing the server ends the process at once with
-// status 1 and one line.
+// status 1 and one line; with status 0 where another client has ended the connection, which is one way to close it.
 Display* connect_to_x_server();
 
 // Ends the process with status 1 and one line that names the first X error noted outside an XErrorTrap, if there
