@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <sstream>
 #include <thread>
 
 #include "hosts/desktop/sound/position_clock.h"
@@ -86,6 +87,14 @@ std::vector<Poll> poll_for(FMOD_CHANNEL* channel, double seconds, double interva
         if (polls.back().position >= until) break;
         std::this_thread::sleep_for(std::chrono::duration<double>(interval));
     }
+    return polls;
+}
+
+std::vector<Poll> polls_of(const std::string& output) {
+    std::vector<Poll> polls;
+    std::istringstream lines(output);
+    Poll poll{};
+    while (lines >> poll.before >> poll.after >> poll.position) polls.push_back(poll);
     return polls;
 }
 

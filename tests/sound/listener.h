@@ -31,6 +31,9 @@ Poll poll(FMOD_CHANNEL* channel);
 std::vector<Poll> poll_for(FMOD_CHANNEL* channel, double seconds, double interval = 0.002,
                            unsigned until = ~0u);
 
+// The polls that the program sound_player has printed.
+std::vector<Poll> polls_of(const std::string& output);
+
 // A stretch of a recording in which the music ran on without a gap.
 struct Run {
     std::int64_t begin; // recorded frames

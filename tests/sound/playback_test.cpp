@@ -156,7 +156,8 @@ TEST_F(Playback, StandsAtTheLengthAfterTheEndAndCanBePlayedAgain) {
     FMOD_SYSTEM* system = start_system();
     FMOD_SOUND* sound = open_sound(system, path);
     FMOD_CHANNEL* channel = play_sound(system, sound);
-    poll_for(channel, 2);
+    poll_for(channel, 30, 0.01, 1500);
+    poll_for(channel, 0.3, 0.01);
     EXPECT_EQ(poll(channel).position, 1500u);
     channel = play_sound(system, sound);
     const std::vector<Poll> polls = poll_for(channel, 1);

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <csignal>
 #include <cstring>
-#include <sstream>
 #include <thread>
 
 #include "hosts/desktop/sound/position_clock.h"
@@ -160,15 +159,6 @@ TEST_F(Recovery, ADeviceThatIsRemovedAndAddedIsHeardAgain) {
 // A player of its own, which is stopped and continued.
 class OwnPlayer : public Recovery {
 protected:
-    // The polls of a player that has ended.
-    static std::vector<Poll> polls_of(const Process& player) {
-        std::vector<Poll> polls;
-        std::istringstream lines(player.output());
-        Poll poll{};
-        while (lines >> poll.before >> poll.after >> poll.position) polls.push_back(poll);
-        return polls;
-    }
-
     static std::vector<Poll> between(const std::vector<Poll>& polls, double begin, double end) {
         std::vector<Poll> part;
         for (const Poll& poll : polls)
@@ -193,7 +183,7 @@ TEST_P(Stopped, PlayerGoesOnWhereItWasAndIsHeardAgain) {
     ASSERT_EQ(player.wait(std::chrono::seconds(20)), 0);
     recorder.stop();
 
-    const std::vector<Poll> polls = polls_of(player);
+    const std::vector<Poll> polls = polls_of(player.output());
     const std::vector<Poll> before = between(polls, 0, stopped);
     const std::vector<Poll> after = between(polls, continued, 1e300);
     ASSERT_GT(before.size(), 100u);
@@ -219,7 +209,7 @@ TEST_F(OwnPlayer, ThatHardlyRunsIsAtMostHalfASecondLate) {
     }
     ASSERT_EQ(player.wait(std::chrono::seconds(20)), 0);
 
-    const std::vector<Poll> polls = polls_of(player);
+    const std::vector<Poll> polls = polls_of(player.output());
     ASSERT_GT(polls.size(), 100u);
     const auto first =
         std::find_if(polls.begin(), polls.end(), [](const Poll& poll) { return poll.position > 100; });

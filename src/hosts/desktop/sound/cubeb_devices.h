@@ -2,6 +2,9 @@
 //
 // Devices are opened and closed on a thread of their own, for the libraries may wait for ever where a sound server does
 // not answer; while they wait there is no device. An attempt is made at most once a second.
+//
+// A device is ready a few hundredths of a second after it was opened. The exception is a null sink of PulseAudio that
+// is in use by nobody: it renders two seconds in advance and asks a new stream for nothing before they are over.
 #pragma once
 
 #include <memory>
