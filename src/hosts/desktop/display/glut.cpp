@@ -111,11 +111,12 @@ void end_if_asked() {
     end_on_x_error();
 }
 
-// Ends the process a second after a signal where the X server hangs: no call to it returns then, at the end neither.
-void end_though_server_hangs() {
+// Ends the process soon after a signal also where it cannot end in order: while the X server hangs no call to it
+// returns, at the end neither, and a step of the loading may take long. The mode is undone all the same.
+void end_soon_after_a_signal() {
     std::thread([] {
         if (common::wait_until_ready(-1, 0)) return;
-        std::this_thread::sleep_for(std::chrono::seconds(1));
+        std::this_thread::sleep_for(std::chrono::milliseconds(700));
         _exit(128 + common::noted_signal());
     }).detach();
 }
@@ -230,7 +231,7 @@ extern "C" {
 void __wrap_glutInit(int* argc, char** argv) {
     end_prompt();
     common::handle_signals();
-    end_though_server_hangs();
+    end_soon_after_a_signal();
     g_display = connect_to_x_server();
     remove_mark_of_dead_window_manager(g_display);
     glutInitErrorFunc(fail_for_glut);
