@@ -80,11 +80,11 @@ PixelDifference difference(const Pixels& a, const Pixels& b, int scale) {
         if (worst <= 1) continue;
         if (++result.pixels > 1) continue;
         const auto color = [i](const Pixels& p) {
-            return "(" + std::to_string(p[i]) + ", " + std::to_string(p[i + 1]) + ", " + std::to_string(p[i + 2]) +
-                   ")";
+            return "(" + std::to_string(p[i]) + ", " + std::to_string(p[i + 1]) + ", " +
+                   std::to_string(p[i + 2]) + ")";
         };
-        result.where = "first at " + std::to_string(i / 3 % width) + ", " + std::to_string(i / 3 / width) + ": " +
-                       color(a) + " and " + color(b);
+        result.where = "first at " + std::to_string(i / 3 % width) + ", " + std::to_string(i / 3 / width) +
+                       ": " + color(a) + " and " + color(b);
     }
     return result;
 }

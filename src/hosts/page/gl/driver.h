@@ -55,6 +55,7 @@ namespace page::gl {
     F(GLint, GetUniformLocation, (GLuint, const char*))                                                      \
     F(void, LineWidth, (GLfloat))                                                                            \
     F(void, LinkProgram, (GLuint))                                                                           \
+    F(void, PixelStorei, (GLenum, GLint))                                                                    \
     F(void, RenderbufferStorage, (GLenum, GLenum, GLsizei, GLsizei))                                         \
     F(void, ShaderSource, (GLuint, GLsizei, const char* const*, const GLint*))                               \
     F(void, StencilFunc, (GLenum, GLint, GLuint))                                                            \

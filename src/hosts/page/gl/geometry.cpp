@@ -96,8 +96,8 @@ bool is_clipped() {
         const GLfloat x = std::fabs(v.clip[0]), y = std::fabs(v.clip[1]), z = std::fabs(v.clip[2]);
         return !(x <= v.clip[3] && y <= v.clip[3] && z <= v.clip[3]);
     };
-    return std::any_of(g_queue.vertices.begin() + static_cast<std::ptrdiff_t>(g_first), g_queue.vertices.end(),
-                       is_outside);
+    return std::any_of(g_queue.vertices.begin() + static_cast<std::ptrdiff_t>(g_first),
+                       g_queue.vertices.end(), is_outside);
 }
 
 // Quads are cut where the reference renderer cuts them, which is seen in colours and depths between the corners: from

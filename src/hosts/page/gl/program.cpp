@@ -92,6 +92,7 @@ vec4 lit(Material m, vec3 normal) {
 vec4 snapped(vec4 clip) {
     if (any(greaterThan(abs(clip.xyz), vec3(clip.w)))) return clip;
     vec2 place = (clip.xy / clip.w * 0.5 + 0.5) * u_points[0].zw;
+    place = floor(place * 256.0 + 0.5) / 256.0;
     bool odd = mod(u_points[1].x, 2.0) == 1.0;
     place = odd ? floor(place) + 0.5 : floor(place + 0.5);
     vec2 moved = (place / u_points[0].zw * 2.0 - 1.0) * clip.w;

@@ -144,7 +144,7 @@ void clear_buffers(const Item& item) {
 // A point's size in pixels, a whole number.
 GLfloat pixel_point_size(GLfloat size) {
     const float scaled = size * static_cast<float>(g_height) / kShowHeight;
-    return std::max(1.0f, std::floor(scaled + 0.5f));
+    return std::max(1.0f, std::ceil(scaled - 0.5f));
 }
 
 void draw(const Item& item) {

@@ -95,11 +95,6 @@ int parts_of_internal(GLint format) {
     }
 }
 
-bool is_luminance(GLint format) {
-    return format == 1 || format == 2 || format == GL_LUMINANCE || format == GL_LUMINANCE8 ||
-           format == GL_LUMINANCE_ALPHA || format == GL_LUMINANCE8_ALPHA8;
-}
-
 // Bytes per pixel of a format of pixels in memory; 0 if it is none, or one that the layer does not read.
 int components_of(GLenum format) {
     switch (format) {
@@ -117,27 +112,49 @@ int components_of(GLenum format) {
     }
 }
 
-// Converts pixels in memory to RGBA, as an image of that internal format is sampled.
-std::vector<GLubyte> to_rgba(const GLubyte* pixels, GLenum format, GLsizei width, GLsizei height,
-                             GLint internal_format) {
-    const int components = components_of(format);
+// The format of pixels that an image of that internal format is given to the driver in.
+GLenum driver_format(GLint internal_format) {
+    switch (internal_format) {
+    case 1:
+    case GL_LUMINANCE8:
+        return GL_LUMINANCE;
+    case 2:
+    case GL_LUMINANCE8_ALPHA8:
+        return GL_LUMINANCE_ALPHA;
+    case 3:
+    case GL_RGB8:
+        return GL_RGB;
+    case 4:
+    case GL_RGBA8:
+        return GL_RGBA;
+    case GL_ALPHA8:
+        return GL_ALPHA;
+    default:
+        return static_cast<GLenum>(internal_format);
+    }
+}
+
+// Converts pixels in memory from one format to another, rows without gaps.
+std::vector<GLubyte> converted(const GLubyte* pixels, GLenum from, GLenum to, GLsizei width, GLsizei height) {
+    const int components = components_of(from);
     const int row_pixels = g_unpack.row_length > 0 ? g_unpack.row_length : width;
     const int row =
         (row_pixels * components + g_unpack.alignment - 1) / g_unpack.alignment * g_unpack.alignment;
-    const int parts = parts_of_internal(internal_format);
-    std::vector<GLubyte> result(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
+    const bool has_color = from != GL_ALPHA, is_grey = components < 3;
+    const bool has_alpha = from == GL_ALPHA || components == 2 || components == 4;
+    const int kept = components_of(to);
+    std::vector<GLubyte> result(static_cast<std::size_t>(width) * static_cast<std::size_t>(height * kept));
     GLubyte* out = result.data();
     for (GLsizei y = 0; y < height; ++y) {
         const GLubyte* in = pixels + (y + g_unpack.skip_rows) * row + g_unpack.skip_pixels * components;
-        for (GLsizei x = 0; x < width; ++x, in += components, out += 4) {
-            const bool has_color = format != GL_ALPHA;
-            const bool grey = components < 3;
-            out[0] = has_color ? in[0] : 0;
-            out[1] = has_color ? in[grey ? 0 : 1] : 0;
-            out[2] = has_color ? in[grey ? 0 : 2] : 0;
-            const bool has_alpha = format == GL_ALPHA || components == 2 || components == 4;
-            out[3] = has_alpha && (parts & kAlpha) ? in[components - 1] : 255;
-            if (is_luminance(internal_format)) out[1] = out[2] = out[0];
+        for (GLsizei x = 0; x < width; ++x, in += components, out += kept) {
+            const GLubyte alpha = has_alpha ? in[components - 1] : 255;
+            if (kept != 1 || to == GL_LUMINANCE) out[0] = has_color ? in[0] : 0;
+            if (kept > 2) {
+                out[1] = has_color ? in[is_grey ? 0 : 1] : 0;
+                out[2] = has_color ? in[is_grey ? 0 : 2] : 0;
+            }
+            if (to == GL_ALPHA || kept == 2 || kept == 4) out[kept - 1] = alpha;
         }
     }
     return result;
@@ -271,10 +288,12 @@ void tex_image(GLenum target, GLint level, GLint internal_format, GLsizei width,
     }
     draw_queue();
     bind_driver_texture(g_texture->driver_name);
-    std::vector<GLubyte> rgba;
-    if (pixels) rgba = to_rgba(static_cast<const GLubyte*>(pixels), format, width, height, internal_format);
-    driver().TexImage2D(GL_TEXTURE_2D, level, GL_RGBA8, width, height, 0, GL_RGBA, GL_UNSIGNED_BYTE,
-                        pixels ? rgba.data() : nullptr);
+    const GLenum kept = driver_format(internal_format);
+    std::vector<GLubyte> image;
+    if (pixels) image = converted(static_cast<const GLubyte*>(pixels), format, kept, width, height);
+    driver().PixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    driver().TexImage2D(GL_TEXTURE_2D, level, static_cast<GLint>(kept), width, height, 0, kept,
+                        GL_UNSIGNED_BYTE, pixels ? image.data() : nullptr);
     g_texture->levels[level] = {width, height, internal_format, parts};
     if (level == 0) g_texture->copied = {};
     change_state();
@@ -302,12 +321,14 @@ void copy_tex_image(GLenum target, GLint level, GLenum internal_format, GLint x,
     const PixelBox box = to_pixels(x, y, width, height);
     const PixelBox& old = g_texture->copied;
     const Level& before = g_texture->levels[level];
+    const GLenum format = driver_format(internal);
+    const bool is_grey = format == GL_LUMINANCE || format == GL_LUMINANCE_ALPHA;
     if (level == 0 && old.width == box.width && old.height == box.height &&
         before.internal_format == internal) {
         driver().CopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, box.x, box.y, box.width, box.height);
     } else {
-        driver().CopyTexImage2D(GL_TEXTURE_2D, level, is_luminance(internal) ? GL_LUMINANCE : GL_RGB, box.x,
-                                box.y, box.width, box.height, 0);
+        driver().CopyTexImage2D(GL_TEXTURE_2D, level, is_grey ? GL_LUMINANCE : GL_RGB, box.x, box.y,
+                                box.width, box.height, 0);
     }
     if (level == 0) g_texture->copied = box;
     g_texture->levels[level] = {width, height, internal, parts};
