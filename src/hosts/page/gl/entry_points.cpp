@@ -53,10 +53,11 @@ void light(GLenum source, GLenum name, Values values) { gl::light(source, name, 
 void light_model(GLenum name, Values values) { gl::light_model(name, values.v); }
 void material(GLenum face, GLenum name, Values values) { gl::material(face, name, values.v); }
 
-// For the functions that take a single value: a name that stands for several is an error.
+// The functions that take a single value. The reference renderer takes also a name that stands for several values
+// from glMateriali, the others being 0, but not from the rest.
 void material_value(GLenum face, GLenum name, GLfloat value) {
-    if (name != GL_SHININESS) return gl::set_error(GL_INVALID_ENUM);
-    gl::material(face, name, &value);
+    const GLfloat values[4] = {value};
+    gl::material(face, name, values);
 }
 void fog_value(GLenum name, GLfloat value) {
     if (!gl::outside_begin()) return;
