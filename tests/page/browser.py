@@ -59,13 +59,13 @@ class Browser:
             "--use-angle=swiftshader",
             "--enable-unsafe-swiftshader",
             f"--user-data-dir={self.folder.name}",
-            f"--lang={language}",
             f"--window-size={size[0]},{size[1]}",
             *(["--no-sandbox"] if os.getuid() == 0 else []),
             "--disable-dev-shm-usage",
             *arguments,
         ):
             options.add_argument(argument)
+        options.add_experimental_option("prefs", {"intl.accept_languages": language})
         options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
         self.driver = webdriver.Chrome(options=options, service=Service("/usr/bin/chromedriver"))
         self.driver.set_script_timeout(PATIENCE)
