@@ -68,6 +68,8 @@ INSTANTIATE_TEST_SUITE_P(Words, WrongOption,
                                          Wrong{{"file"}, "file"}, Wrong{{"--display"}, "--display"},
                                          Wrong{{"--language", "fr"}, "fr"}, Wrong{{"--from", "soon"}, "soon"},
                                          Wrong{{"--from", "3:00"}, "skav-on-clock --help"},
+                                         Wrong{{"--scale", "0"}, "0"}, Wrong{{"--scale", "5"}, "5"},
+                                         Wrong{{"--scale", "1.5"}, "1.5"},
                                          Wrong{{"-geometry", "640x480"}, "-g"}, Wrong{{"-iconic"}, "-i"},
                                          Wrong{{"-sync"}, "-s"}));
 

@@ -11,9 +11,13 @@ namespace desktop {
 struct Options {
     common::ShowTime from = 0; // where the show begins
     common::Language language = common::Language::ask;
-    bool window = false; // no full screen
-    std::string data;    // folder; empty: look for it
-    bool strict = false; // no show without its files
+    bool window = false;    // no full screen
+    bool keep_mode = false; // full screen in the mode that the screen has
+    int scale = 0;          // the show is drawn at that multiple of its size, 1..4; 0: as the window needs
+    bool smooth = false;    // at one multiple more
+    bool stats = false;     // say at the end how evenly the frames came
+    std::string data;       // folder; empty: look for it
+    bool strict = false;    // no show without its files
 };
 
 // Reads the command line, before the show asks its question. Returns what to print instead of playing, or nothing.
