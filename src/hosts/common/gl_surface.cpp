@@ -46,6 +46,35 @@ bool take_errors() {
     return any;
 }
 
+bool is_power_of_two(int number) { return (number & (number - 1)) == 0; }
+
+bool is_multiple_of(Extent size, Extent unit) {
+    return size.width % unit.width == 0 && size.height % unit.height == 0;
+}
+
+// Copies from the framebuffer that is bound for reading to the one that is bound for drawing. No scissor may be on.
+void copy(Extent from, Extent to, GLbitfield buffers, GLenum filter) {
+    glBlitFramebuffer(0, 0, from.width, from.height, 0, 0, to.width, to.height, buffers, filter);
+}
+
+// No scissor test while one lives.
+class NoScissor {
+public:
+    NoScissor() : was_on_(glIsEnabled(GL_SCISSOR_TEST)) {
+        if (was_on_) glDisable(GL_SCISSOR_TEST);
+    }
+    ~NoScissor() {
+        if (was_on_) glEnable(GL_SCISSOR_TEST);
+    }
+    NoScissor(const NoScissor&) = delete;
+    NoScissor& operator=(const NoScissor&) = delete;
+
+private:
+    GLboolean was_on_;
+};
+
+constexpr Extent kSmallestLevel = {64, 48};
+
 } // namespace
 
 bool lists_extension(const char* list, const char* name) {
@@ -63,15 +92,19 @@ bool has_framebuffer_objects() {
     return lists_extension(gl_string(GL_EXTENSIONS), "GL_ARB_framebuffer_object");
 }
 
-GlSurface::GlSurface(Extent size, Extent smallest) {
+GlSurface::GlSurface(Extent picture, int multiple) : picture_(picture), multiple_(multiple) {
+    Extent size = {picture.width * multiple, picture.height * multiple};
     check_limits(size);
+    take_errors();
     try {
         add_level(size);
         while (size.width % 2 == 0 && size.height % 2 == 0) {
             size = {size.width / 2, size.height / 2};
-            if (!is_within(smallest, size)) break;
+            if (!is_within(kSmallestLevel, size)) break;
             add_level(size);
         }
+        halves_ = levels_.size();
+        if (!is_power_of_two(multiple)) add_level(picture);
     } catch (...) {
         release();
         throw;
@@ -109,22 +142,39 @@ void GlSurface::release() {
 
 void GlSurface::bind() const { glBindFramebuffer(GL_FRAMEBUFFER, levels_.front().framebuffer); }
 
+void GlSurface::copy_from(const GlSurface& other) const {
+    const NoScissor no_scissor;
+    const Level &to = levels_.front(), &all = other.levels_.front();
+    const Extent averaged = other.average_down_to(to.size).size;
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, to.framebuffer);
+    copy(averaged, to.size, GL_COLOR_BUFFER_BIT, is_multiple_of(to.size, averaged) ? GL_NEAREST : GL_LINEAR);
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, all.framebuffer);
+    copy(all.size, to.size, GL_DEPTH_BUFFER_BIT, GL_NEAREST);
+}
+
 const GlSurface::Level& GlSurface::average_down_to(Extent least) const {
-    const GLboolean scissor = glIsEnabled(GL_SCISSOR_TEST);
-    if (scissor) glDisable(GL_SCISSOR_TEST);
+    const NoScissor no_scissor;
     std::size_t chosen = 0;
-    while (chosen + 1 < levels_.size() && is_within(least, levels_[chosen + 1].size)) {
+    while (chosen + 1 < halves_ && is_within(least, levels_[chosen + 1].size)) {
         const Level &from = levels_[chosen], &to = levels_[chosen + 1];
         glBindFramebuffer(GL_READ_FRAMEBUFFER, from.framebuffer);
         glBindFramebuffer(GL_DRAW_FRAMEBUFFER, to.framebuffer);
         // At half the size a linear filter takes the mean of exactly four pixels.
-        glBlitFramebuffer(0, 0, from.size.width, from.size.height, 0, 0, to.size.width, to.size.height,
-                          GL_COLOR_BUFFER_BIT, GL_LINEAR);
+        copy(from.size, to.size, GL_COLOR_BUFFER_BIT, GL_LINEAR);
         ++chosen;
     }
-    if (scissor) glEnable(GL_SCISSOR_TEST);
     glBindFramebuffer(GL_READ_FRAMEBUFFER, levels_[chosen].framebuffer);
     return levels_[chosen];
+}
+
+void GlSurface::average_down_to_picture() const {
+    const Extent averaged = average_down_to(picture_).size;
+    if (halves_ == levels_.size()) return;
+    const NoScissor no_scissor;
+    const GLuint framebuffer = levels_.back().framebuffer;
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, framebuffer);
+    copy(averaged, picture_, GL_COLOR_BUFFER_BIT, GL_LINEAR);
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, framebuffer);
 }
 
 } // namespace common

@@ -1,8 +1,8 @@
 // The framebuffer that the show draws into instead of a window: colour without alpha, 24 bits of depth, no stencil,
-// as the show asks GLUT for. Below it stands a pyramid of further framebuffers, each half the size of the one
-// before, so that a picture drawn at a multiple of its size can be averaged down to it.
+// as the show asks GLUT for. It is a multiple of the picture's size. Below it stands a pyramid of further
+// framebuffers, each half the size of the one before, so that what is drawn can be averaged down.
 //
-//     common::GlSurface surface({2 * 1024, 2 * 768}, {1024, 768});
+//     common::GlSurface surface({1024, 768}, 2);
 //     surface.bind();                                        // the show draws 2048x1536 pixels
 //     surface.average_down_to({1024, 768});                  // each pixel the mean of four
 //     glReadPixels(0, 0, 1024, 768, ...);
@@ -31,16 +31,21 @@ public:
         GLuint color, depth; // renderbuffers; depth is 0 below the first level
     };
 
-    // Makes and binds a surface of that size, cleared to black and to the greatest depth, in the current GL context,
-    // which must have framebuffer objects. Levels are added for as long as both sizes are even and their halves at
-    // least `smallest`. To be called before the show makes its first GL call: GL's error flags are read. Throws
-    // std::runtime_error with a line that says what this OpenGL cannot do.
-    GlSurface(Extent size, Extent smallest);
+    // Makes and binds a surface of `multiple` times the picture's size in the current GL context, which must have
+    // framebuffer objects, and clears it with what GL's state says, from the start black and the greatest depth.
+    // Reads and clears GL's error flag. Throws std::runtime_error with a line that says what this OpenGL cannot do;
+    // the window's framebuffer is bound then.
+    GlSurface(Extent picture, int multiple);
 
     // Needs the context current.
     ~GlSurface();
     GlSurface(const GlSurface&) = delete;
     GlSurface& operator=(const GlSurface&) = delete;
+
+    int multiple() const { return multiple_; }
+
+    // Takes over the picture and the depths of another surface of the same picture. bind() follows.
+    void copy_from(const GlSurface& other) const;
 
     // From here on GL draws to the surface and reads from it.
     void bind() const;
@@ -50,11 +55,19 @@ public:
     // before anything is drawn again. Changes no other GL state. Not while a display list is compiled.
     const Level& average_down_to(Extent least) const;
 
+    // The same down to exactly the picture's size; where halving does not meet it, the last step is a linear filter.
+    void average_down_to_picture() const;
+
 private:
     void add_level(Extent size);
     void release();
 
-    std::vector<Level> levels_; // the surface, then each half the size of the one before
+    Extent picture_;
+    int multiple_;
+    std::vector<Level>
+        levels_; // the surface, then each half the size of the one before; then the picture's size, if
+                 // it is not among them
+    std::size_t halves_ = 0; // how many of them halve
 };
 
 } // namespace common

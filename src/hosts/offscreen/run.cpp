@@ -34,7 +34,6 @@ Run::Run(const Options& options)
       progress_(options.quiet, static_cast<std::int64_t>(wanted_.size()), skipped_frames()),
       sink_(make_sink()) {
     set_clock(&clock_);
-    set_gl_scale(options_.scale * options_.supersample);
 }
 
 void Run::begin() {
@@ -78,7 +77,7 @@ std::unique_ptr<Sink> Run::make_sink() const {
 void Run::open_screen(int width, int height) {
     if (screen_) return;
     screen_ =
-        std::make_unique<EglScreen>(width * options_.scale, height * options_.scale, options_.supersample);
+        std::make_unique<EglScreen>(common::Extent{width, height}, options_.scale, options_.supersample);
     output_ = std::make_unique<OutputThread>(*sink_);
     reader_ = std::make_unique<FrameReader>(*screen_, *output_);
 }

@@ -17,6 +17,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
+#include <string>
 #include <thread>
 
 #include "hosts/common/gl_skip.h"
@@ -60,10 +61,9 @@ using common::kPicture;
 
 Display* g_display = nullptr; // the host's own connection
 
-// What the show draws into; null where it draws to the window itself. It lives as long as GLUT's context, which ends
-// with the process.
-const common::GlSurface* g_surface = nullptr;
-constexpr Extent kSmallestLevel = {64, 48};
+// Brings what the show draws to the window; null where it draws to the window itself. It lives as long as GLUT's
+// context, which ends with the process.
+Presenter* g_presenter = nullptr;
 
 // What the show has installed.
 void (*g_on_display)() = nullptr;
@@ -137,13 +137,14 @@ bool is_compiling_list() {
 
 // Brings what has been drawn to the window, unless nobody can see it.
 void show_picture() {
-    g_picture_waits = g_surface && is_compiling_list();
+    g_picture_waits = g_presenter && is_compiling_list();
     if (g_hidden || g_picture_waits) return;
     g_last_shown = Clock::now();
-    if (!g_surface) return __real_glutSwapBuffers();
-    draw_to_window(*g_surface, window_size());
+    if (!g_presenter) return __real_glutSwapBuffers();
+    const Extent window = window_size();
+    g_presenter->draw_to_window(window);
     __real_glutSwapBuffers();
-    g_surface->bind();
+    g_presenter->end(window);
 }
 
 void tell_size_once() {
@@ -190,11 +191,17 @@ void end_prompt() {
 void create_window(Extent size) {
     glutInitWindowSize(size.width, size.height);
     glutCreateWindow(program_invocation_short_name);
-    if (!common::has_framebuffer_objects()) return;
+    const Sharpness sharpness = {options().scale, options().smooth,
+                                 draws_in_software(reinterpret_cast<const char*>(glGetString(GL_RENDERER)))};
     try {
-        g_surface = new common::GlSurface(kPicture, kSmallestLevel);
+        if (common::has_framebuffer_objects()) g_presenter = new Presenter(sharpness, size);
     } catch (const std::runtime_error&) {
         // The show then draws to the window itself.
+    }
+    const int multiple = g_presenter ? g_presenter->multiple() : 1;
+    if (multiple < options().scale) {
+        say("this OpenGL cannot draw at the scale " + std::to_string(options().scale) + ", it draws at " +
+            std::to_string(multiple));
     }
 }
 
@@ -207,7 +214,7 @@ Extent asked_mode_size() {
 // to keep that size.
 void open_plain_window() {
     create_window(kPicture);
-    if (!g_surface) fix_window_size(kPicture);
+    if (!g_presenter) fix_window_size(kPicture);
 }
 
 // Opens a window that covers the main monitor, with or without a window manager.
@@ -215,7 +222,7 @@ void open_full_screen_window() {
     const common::Box monitor = main_monitor(g_display);
     glutInitWindowPosition(monitor.x, monitor.y);
     create_window({monitor.width, monitor.height});
-    if (g_surface) {
+    if (g_presenter) {
         ask_for_full_screen();
         watch_monitors(g_display);
     } else {
@@ -244,7 +251,8 @@ int __wrap_glutEnterGameMode() {
     if (options().window) {
         open_plain_window();
     } else {
-        enter_mode(g_display, asked_mode_size(), glutGameModeGet(GLUT_GAME_MODE_REFRESH_RATE));
+        const int rate = glutGameModeGet(GLUT_GAME_MODE_REFRESH_RATE);
+        if (!options().keep_mode) enter_mode(g_display, asked_mode_size(), rate);
         open_full_screen_window();
     }
     glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_EXIT);

@@ -5,12 +5,18 @@
 #include <GL/glext.h>
 
 #include <algorithm>
+#include <limits>
+#include <stdexcept>
+#include <utility>
+
+#include "hosts/common/gl_scale.h"
 
 namespace desktop {
 namespace {
 
 using common::Box;
 using common::Extent;
+using common::kPicture;
 
 // The state that drawing to the window changes, put back when this goes out of scope.
 class KeptState {
@@ -34,39 +40,38 @@ private:
     GLfloat clear_[4];
 };
 
-// value * numerator / denominator, rounded to the nearest, at least 1.
-int scaled(int value, int numerator, int denominator) {
-    const long long product = static_cast<long long>(value) * numerator;
-    return static_cast<int>(std::max(1LL, (product + denominator / 2) / denominator));
-}
-
 bool has_size(Extent extent, const Box& box) {
     return extent.width == box.width && extent.height == box.height;
 }
 
-// Where a picture goes in a window: as large as fits with its aspect kept, centred. At least one pixel each way; both
-// sizes must be positive.
-Box fit(Extent picture, Extent window) {
-    Box box = {0, 0, window.width, window.height};
-    const bool window_is_wider = static_cast<long long>(window.width) * picture.height >
-                                 static_cast<long long>(window.height) * picture.width;
-    if (window_is_wider) {
-        box.width = scaled(window.height, picture.width, picture.height);
-    } else {
-        box.height = scaled(window.width, picture.height, picture.width);
-    }
-    box.x = (window.width - box.width) / 2;
-    box.y = (window.height - box.height) / 2;
-    return box;
-}
-
 } // namespace
 
-void draw_to_window(const common::GlSurface& surface, Extent window) {
-    const Box box = fit(common::kPicture, window);
+Presenter::Presenter(Sharpness sharpness, Extent window)
+    : sharpness_(sharpness), largest_(std::numeric_limits<int>::max()), surface_(make_surface(window)) {
+    common::draw_scaled(*surface_);
+    // A new context has these at the window's size.
+    glViewport(0, 0, kPicture.width, kPicture.height);
+    glScissor(0, 0, kPicture.width, kPicture.height);
+}
+
+// The surface that the window needs, or a smaller one where OpenGL cannot make that.
+std::unique_ptr<common::GlSurface> Presenter::make_surface(Extent window) {
+    for (int multiple = std::min(sharpness_.multiple_for(window), largest_);; --multiple) {
+        try {
+            return std::make_unique<common::GlSurface>(kPicture, multiple);
+        } catch (const std::runtime_error&) {
+            if (multiple == 1) throw;
+            largest_ = multiple - 1;
+        }
+    }
+}
+
+void Presenter::draw_to_window(Extent window) const {
+    const common::HostCalls host_calls;
+    const Box box = picture_place(window);
     const KeptState kept;
     glDisable(GL_SCISSOR_TEST);
-    const Extent size = surface.average_down_to({box.width, box.height}).size;
+    const Extent size = surface_->average_down_to({box.width, box.height}).size;
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
     if (!has_size(window, box)) {
         glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
@@ -76,6 +81,28 @@ void draw_to_window(const common::GlSurface& surface, Extent window) {
     glBlitFramebuffer(0, 0, size.width, size.height, box.x, box.y, box.x + box.width, box.y + box.height,
                       GL_COLOR_BUFFER_BIT, has_size(size, box) ? GL_NEAREST : GL_LINEAR);
     glBindFramebuffer(GL_READ_FRAMEBUFFER, 0);
+}
+
+void Presenter::end(Extent window) {
+    if (std::min(sharpness_.multiple_for(window), largest_) != multiple()) change_surface(window);
+    surface_->bind();
+}
+
+// Goes on with the surface that the window needs, if OpenGL can make it.
+void Presenter::change_surface(Extent window) {
+    std::unique_ptr<common::GlSurface> next;
+    {
+        const common::HostCalls host_calls;
+        common::keep_errors_for_show();
+        try {
+            next = make_surface(window);
+        } catch (const std::runtime_error&) {
+            return;
+        }
+        next->copy_from(*surface_);
+    }
+    common::draw_scaled(*next);
+    surface_ = std::move(next);
 }
 
 } // namespace desktop

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "hosts/offscreen/drawing/gl_calls.h"
+#include "hosts/common/gl_scale.h"
 #include "hosts/offscreen/failure.h"
 
 namespace offscreen {
@@ -63,15 +63,16 @@ EGLContext context_on(EGLDisplay display) {
 
 } // namespace
 
-EglScreen::EglScreen(int width, int height, int supersample) : size_{width, height} {
+EglScreen::EglScreen(common::Extent show, int scale, int supersample)
+    : size_{show.width * scale, show.height * scale} {
     make_context();
-    const common::Extent drawn = {width * supersample, height * supersample};
     try {
-        surface_ = std::make_unique<common::GlSurface>(drawn, size_);
+        surface_ = std::make_unique<common::GlSurface>(show, scale * supersample);
     } catch (const std::runtime_error& error) {
         throw Failure(std::string(error.what()) + ": use a smaller --scale or --supersample");
     }
-    set_viewport(drawn.width, drawn.height);
+    common::draw_scaled(*surface_);
+    glViewport(0, 0, show.width, show.height);
 }
 
 EglScreen::~EglScreen() {

@@ -10,10 +10,10 @@ namespace offscreen {
 
 class EglScreen {
 public:
-    // Makes a screen whose pictures are `width` x `height` pixels, black, and makes its context current for the
-    // calling thread, which stays the only one to use it. With `supersample` 2 or 4 the show is drawn at that
-    // multiple, and each pixel of a picture is the mean of 4 or 16. Throws Failure.
-    EglScreen(int width, int height, int supersample);
+    // Makes a screen for a show that draws for a size of `show` pixels, black, and makes its context current for the
+    // calling thread, which stays the only one to use it. Pictures are `scale` times that size. With `supersample` 2
+    // or 4 the show is drawn at that multiple of them, and each pixel is the mean of 4 or 16. Throws Failure.
+    EglScreen(common::Extent show, int scale, int supersample);
     ~EglScreen();
     EglScreen(const EglScreen&) = delete;
     EglScreen& operator=(const EglScreen&) = delete;

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <utility>
 
+#include "hosts/common/gl_scale.h"
 #include "hosts/offscreen/failure.h"
 
 namespace offscreen {
@@ -33,6 +34,7 @@ void FrameReader::read(const PictureInfo& info) {
     if (pending_ == kBuffers) deliver_oldest();
     const int next = (oldest_ + pending_) % kBuffers;
     infos_[next] = info;
+    const common::HostCalls host_calls;
     screen_.resolve();
     glBindBuffer(GL_PIXEL_PACK_BUFFER, buffers_[next]);
     glReadPixels(0, 0, screen_.width(), screen_.height(), GL_RGBA, GL_UNSIGNED_BYTE, nullptr);

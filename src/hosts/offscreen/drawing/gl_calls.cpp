@@ -1,12 +1,11 @@
 // Each function defined here under its GL name stands in the program itself and so comes before the GL library's, for
 // the show and for GLU. Each does its part and calls the library's own.
 //
-//     glViewport, glScissor, glPointSize, glLineWidth    multiplied
-//     glCopyTexImage2D, glCopyTexSubImage2D              multiplied; the texture depends on the picture so far
-//     glNewList, glEndList, glCallList, glCallLists      which lists bind textures; drawing
-//     glBindTexture                                      inside a list: the list binds textures
-//     glBegin                                            drawing, with the bound texture
-//     glClear                                            the picture is this frame's own from here on
+//     glCopyTexImage2D, glCopyTexSubImage2D            the texture depends on the picture so far
+//     glNewList, glEndList, glCallList, glCallLists    which lists bind textures; drawing
+//     glBindTexture                                    inside a list: the list binds textures
+//     glBegin                                          drawing, with the bound texture
+//     glClear                                          the picture is this frame's own from here on
 #define GL_GLEXT_PROTOTYPES
 #include "hosts/offscreen/drawing/gl_calls.h"
 
@@ -29,10 +28,6 @@ Function* library_function(const char* name) {
 }
 #define LIBRARY_GL(name) decltype(::name)* const library_##name = library_function<decltype(::name)>(#name)
 
-LIBRARY_GL(glViewport);
-LIBRARY_GL(glScissor);
-LIBRARY_GL(glPointSize);
-LIBRARY_GL(glLineWidth);
 LIBRARY_GL(glCopyTexImage2D);
 LIBRARY_GL(glCopyTexSubImage2D);
 LIBRARY_GL(glNewList);
@@ -43,7 +38,6 @@ LIBRARY_GL(glBindTexture);
 LIBRARY_GL(glBegin);
 LIBRARY_GL(glClear);
 
-int g_scale = 1;
 bool g_compiling = false;         // a display list, without executing it
 GLuint g_list = 0;                // the one being compiled
 std::set<GLuint> g_binding_lists; // lists that bind textures of their own
@@ -84,10 +78,6 @@ void note_list(GLuint list) {
 
 } // namespace
 
-void set_gl_scale(int scale) { g_scale = scale; }
-
-void set_viewport(int width, int height) { library_glViewport(0, 0, width, height); }
-
 void begin_gl_frame(bool drawn) {
     g_origin.begin_frame(drawn);
     common::skip_drawing(!drawn);
@@ -101,18 +91,6 @@ using namespace offscreen;
 
 extern "C" {
 
-void GLAPIENTRY glViewport(GLint x, GLint y, GLsizei width, GLsizei height) {
-    library_glViewport(x * g_scale, y * g_scale, width * g_scale, height * g_scale);
-}
-
-void GLAPIENTRY glScissor(GLint x, GLint y, GLsizei width, GLsizei height) {
-    library_glScissor(x * g_scale, y * g_scale, width * g_scale, height * g_scale);
-}
-
-void GLAPIENTRY glPointSize(GLfloat size) { library_glPointSize(size * static_cast<float>(g_scale)); }
-
-void GLAPIENTRY glLineWidth(GLfloat width) { library_glLineWidth(width * static_cast<float>(g_scale)); }
-
 void GLAPIENTRY glCopyTexImage2D(GLenum target, GLint level, GLenum format, GLint x, GLint y, GLsizei width,
                                  GLsizei height, GLint border) {
     if (level == 0) {
@@ -120,15 +98,13 @@ void GLAPIENTRY glCopyTexImage2D(GLenum target, GLint level, GLenum format, GLin
     } else {
         g_origin.copied_part(bound_texture());
     }
-    library_glCopyTexImage2D(target, level, format, x * g_scale, y * g_scale, width * g_scale,
-                             height * g_scale, border);
+    library_glCopyTexImage2D(target, level, format, x, y, width, height, border);
 }
 
 void GLAPIENTRY glCopyTexSubImage2D(GLenum target, GLint level, GLint to_x, GLint to_y, GLint x, GLint y,
                                     GLsizei width, GLsizei height) {
     g_origin.copied_part(bound_texture());
-    library_glCopyTexSubImage2D(target, level, to_x * g_scale, to_y * g_scale, x * g_scale, y * g_scale,
-                                width * g_scale, height * g_scale);
+    library_glCopyTexSubImage2D(target, level, to_x, to_y, x, y, width, height);
 }
 
 void GLAPIENTRY glNewList(GLuint list, GLenum mode) {
