@@ -43,6 +43,12 @@ TEST_F(Mode, IsNotEnteredForAWindow) {
     EXPECT_EQ("1280x960", screen_->mode());
 }
 
+TEST_F(Mode, IsNotEnteredWhenTheUserKeepsTheirs) {
+    Process show(test_show(*server_, "picture", {"--keep-mode"}));
+    EXPECT_TRUE(eventually([&] { return shows_test_picture(screen_->picture(), {0, 0, 1280, 960}); }));
+    EXPECT_EQ("1280x960", screen_->mode());
+}
+
 TEST_F(Mode, IsLeftAtTheEnd) {
     Command command = test_show(*server_);
     command.environment["TEST_SHOW_SECONDS"] = "3";

@@ -129,11 +129,15 @@ TEST(WithoutOffScreenSurface, ShowsThePictureInAWindowOfItsSize) {
     EXPECT_EQ("reshape 1024 768\nframe\n", show.output());
 }
 
-TEST(Presenting, ChangesNothingThatTheShowCanAskGLFor) {
+class Presenting : public testing::TestWithParam<std::string> {};
+
+TEST_P(Presenting, ChangesNothingThatTheShowCanAskGLFor) {
     const auto server = DisplayServer::virtual_screen(300, 500);
-    Process show(test_show(*server, "state"));
+    Process show(test_show(*server, "state", {"--scale", GetParam()}));
     EXPECT_EQ(0, show.wait());
     EXPECT_EQ("", show.errors());
 }
+
+INSTANTIATE_TEST_SUITE_P(Scales, Presenting, testing::Values("1", "2", "3"));
 
 } // namespace

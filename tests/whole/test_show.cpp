@@ -2,16 +2,24 @@
 //
 //   picture   draws the test picture, frame after frame (also without $TEST_SHOW)
 //   stripes   draws white and black columns, one pixel wide
+//   comb      draws a white column from 0.2 to 0.6 of every pixel: at twice the show's size white and black columns, at
+//             its own size all white
 //   busy      draws the test picture in one callback that swaps buffers for ever
 //   error     draws the test picture and makes a request that the X server refuses
 //   state     swaps buffers in all kinds of GL states; ends with status 0 if a swap changes nothing that GL
 //             can be asked for, else with 1, and names on standard error what has changed
+//   resizes   the same, with another size of the window before every swap: 1024x768 and 2048x1536 in turn; also checks
+//             that the window shows the picture after each
+//
+// $TEST_RENDERER is what glGetString says GL's renderer is.
 //
 // Prints "reshape W H" for each size it is told, and "frame" for its first frame. With $TEST_SHOW_SECONDS it
 // ends with status 7 at the first frame after that time.
 #include <GL/glut.h>
 #include <GL/glx.h>
+#include <X11/Xutil.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
@@ -21,6 +29,15 @@
 #include <vector>
 
 #include "tests/whole/test_picture.h"
+
+extern "C" const GLubyte* __real_glGetString(GLenum name);
+extern "C" const GLubyte* __wrap_glGetString(GLenum name);
+
+const GLubyte* __wrap_glGetString(GLenum name) {
+    const char* renderer = std::getenv("TEST_RENDERER");
+    if (name == GL_RENDERER && renderer) return reinterpret_cast<const GLubyte*>(renderer);
+    return __real_glGetString(name);
+}
 
 namespace {
 
@@ -117,12 +134,13 @@ void draw_picture() {
     }
 }
 
-void draw_stripes() {
+// White columns, `distance` pixels apart, from `left` to `right` behind each multiple of it.
+void draw_columns(int distance, double left, double right) {
     glClearColor(0, 0, 0, 0);
     glClear(GL_COLOR_BUFFER_BIT);
     use_pixels();
     glColor3ub(255, 255, 255);
-    for (int x = 0; x < kPictureWidth; x += 2) fill({x, 0, 1, kPictureHeight, 255, 255, 255});
+    for (int x = 0; x < kPictureWidth; x += distance) glRectd(x + left, 0, x + right, kPictureHeight);
 }
 
 struct StateValue {
@@ -143,6 +161,8 @@ std::vector<StateValue> read_state() {
     READ(GL_VIEWPORT);
     READ(GL_SCISSOR_TEST);
     READ(GL_SCISSOR_BOX);
+    READ(GL_POINT_SIZE);
+    READ(GL_LINE_WIDTH);
     READ(GL_COLOR_CLEAR_VALUE);
     READ(GL_COLOR_WRITEMASK);
     READ(GL_DEPTH_WRITEMASK);
@@ -184,20 +204,70 @@ std::vector<StateValue> read_state() {
     return state;
 }
 
+bool is_compiling_list() {
+    GLint list = 0;
+    glGetIntegerv(GL_LIST_INDEX, &list);
+    return list != 0;
+}
+
+bool is_resizing() { return environment("TEST_SHOW") == "resizes"; }
+
+// Gives the window the other of its two sizes.
+void resize_window() {
+    static bool large = false;
+    large = !large;
+    Display* display = glXGetCurrentDisplay();
+    XResizeWindow(display, glXGetCurrentDrawable(), large ? 2048 : 1024, large ? 1536 : 768);
+    XSync(display, False);
+}
+
+// Whether the window shows the test picture, at points away from its edges.
+bool window_shows_picture(const char* situation) {
+    Display* display = glXGetCurrentDisplay();
+    XWindowAttributes size = {};
+    XGetWindowAttributes(display, glXGetCurrentDrawable(), &size);
+    XImage* image = XGetImage(display, glXGetCurrentDrawable(), 0, 0, static_cast<unsigned>(size.width),
+                              static_cast<unsigned>(size.height), AllPlanes, ZPixmap);
+    bool right = true;
+    for (int x = 8; x < kPictureWidth; x += 40) {
+        for (int y = 8; y < kPictureHeight; y += 40) {
+            const Patch patch = top_patch(x, y);
+            const unsigned long found = XGetPixel(image, x * size.width / kPictureWidth,
+                                                  (kPictureHeight - y) * size.height / kPictureHeight);
+            const auto expected = static_cast<unsigned long>(patch.red << 16 | patch.green << 8 | patch.blue);
+            if ((found & 0xffffff) == expected) continue;
+            if (right) std::fprintf(stderr, "%s: at %d %d the window shows %06lx\n", situation, x, y, found);
+            right = false;
+        }
+    }
+    XDestroyImage(image);
+    return right;
+}
+
 // Swaps buffers and returns whether the state is what it was. Swaps that follow one another closely may be
 // left out; these must not be.
 bool swap_keeps_state(const char* situation) {
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    if (is_resizing()) resize_window();
     const std::vector<StateValue> before = read_state();
     glutSwapBuffers();
     const std::vector<StateValue> after = read_state();
-    bool kept = true;
+    bool kept = !is_resizing() || is_compiling_list() || window_shows_picture(situation);
     for (std::size_t i = 0; i < before.size(); ++i) {
         if (before[i].values == after[i].values) continue;
         std::fprintf(stderr, "%s: a swap changes %s\n", situation, before[i].name);
         kept = false;
     }
     return kept;
+}
+
+// Whether GL's state has that value.
+bool has(GLenum name, const std::array<double, 4>& expected, const char* situation) {
+    std::array<double, 4> found = {};
+    glGetDoublev(name, found.data());
+    if (found == expected) return true;
+    std::fprintf(stderr, "%s: the value of 0x%x is not as it was set\n", situation, name);
+    return false;
 }
 
 bool is(GLenum error, const char* situation) {
@@ -207,9 +277,19 @@ bool is(GLenum error, const char* situation) {
     return false;
 }
 
+// Whether the picture that is read back has that colour at a pixel, y upwards.
+bool has_pixel(int x, int y, const std::array<GLubyte, 3>& color) {
+    std::array<GLubyte, 4> pixel = {};
+    glReadPixels(x, y, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, pixel.data());
+    if (std::equal(color.begin(), color.end(), pixel.begin())) return true;
+    std::fprintf(stderr, "the swaps change the picture at %d %d\n", x, y);
+    return false;
+}
+
 bool swaps_keep_everything() {
     draw_picture();
-    bool kept = swap_keeps_state("plain");
+    bool kept = has(GL_VIEWPORT, {0, 0, 1024, 768}, "as drawn");
+    kept &= swap_keeps_state("plain");
     kept &= is(GL_NO_ERROR, "plain");
 
     glClearColor(0.25f, 0.5f, 0.75f, 1.0f);
@@ -217,6 +297,8 @@ bool swaps_keep_everything() {
     glEnable(GL_SCISSOR_TEST);
     glScissor(10, 20, 30, 40);
     glViewport(0, 76, 1024, 614);
+    glPointSize(3);
+    glLineWidth(5);
     glDepthMask(GL_FALSE);
     glEnable(GL_BLEND);
     glBlendFunc(GL_ONE, GL_ONE);
@@ -226,6 +308,10 @@ bool swaps_keep_everything() {
     glColor4d(0.1, 0.2, 0.3, 0.4);
     kept &= swap_keeps_state("masked and scissored");
     kept &= is(GL_NO_ERROR, "masked and scissored");
+    kept &= has(GL_VIEWPORT, {0, 76, 1024, 614}, "masked and scissored");
+    kept &= has(GL_SCISSOR_BOX, {10, 20, 30, 40}, "masked and scissored");
+    kept &= has(GL_POINT_SIZE, {3}, "masked and scissored");
+    kept &= has(GL_LINE_WIDTH, {5}, "masked and scissored");
 
     glEnable(0x1702); // no capability
     kept &= swap_keeps_state("with an error pending");
@@ -244,13 +330,10 @@ bool swaps_keep_everything() {
     glCallList(list);
     kept &= is(GL_NO_ERROR, "after a display list was compiled");
 
-    std::array<GLubyte, 4> pixel = {};
-    glReadPixels(2, 2, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, pixel.data());
-    if (pixel[0] != 255 || pixel[1] != 255 || pixel[2] != 255) {
-        std::fprintf(stderr, "the swaps change the picture\n");
-        kept = false;
-    }
-    return kept;
+    // White in the corner, and blue beside it.
+    kept &= has_pixel(14, 2, {255, 255, 255});
+    kept &= has_pixel(20, 2, {0, 0, 255});
+    return kept & is(GL_NO_ERROR, "at the end");
 }
 
 void end_after_time() {
@@ -267,9 +350,11 @@ void display() {
     first = false;
 
     const std::string task = environment("TEST_SHOW");
-    if (task == "state") std::exit(swaps_keep_everything() ? 0 : 1);
+    if (task == "state" || task == "resizes") std::exit(swaps_keep_everything() ? 0 : 1);
     if (task == "stripes") {
-        draw_stripes();
+        draw_columns(2, 0, 1);
+    } else if (task == "comb") {
+        draw_columns(1, 0.2, 0.6);
     } else {
         draw_picture();
     }

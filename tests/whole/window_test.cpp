@@ -190,4 +190,17 @@ TEST(WholeShow, EndsByItselfWithStatus0) {
     EXPECT_EQ("German or English Text [G/e]?: German screen text...\n\n", show.output());
 }
 
+// One frame a second: 75 up to 74.0 s, where the second piece begins at 74.3 s, then 87 up to 161.3 s.
+TEST(Statistics, CountTheFramesOfTheWholeShow) {
+    const auto server = DisplayServer::virtual_screen(320, 240);
+    Command command = show_at(*server, 0);
+    command.arguments.push_back("--stats");
+    command.environment["TEST_CLOCK_STEP_MS"] = "1000";
+    Process show(command);
+    EXPECT_EQ(0, show.wait(std::chrono::minutes(4)));
+    EXPECT_EQ(0u, show.errors().find("skav-on-clock: what was shown:\nframes shown: 162 in "))
+        << show.errors();
+    EXPECT_EQ(5, count_lines(show.errors())) << show.errors();
+}
+
 } // namespace

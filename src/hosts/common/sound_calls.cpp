@@ -160,6 +160,7 @@ FMOD_RESULT FMOD_Channel_GetPosition(FMOD_CHANNEL* channel, unsigned int* positi
     if (postype != FMOD_TIMEUNIT_MS) return FMOD_ERR_UNSUPPORTED;
     return guarded([&] {
         *position = std::min(playing->system->player->position_ms(), playing->sound->length_ms());
+        if (common::position_listener) common::position_listener(*position);
         return FMOD_OK;
     });
 }

@@ -52,4 +52,7 @@ public:
 // The host's player, made when a system is initialised. Each host defines it. May throw.
 std::unique_ptr<Player> make_player();
 
+// Told every position that the show reads, in milliseconds; null: nobody is.
+inline void (*position_listener)(unsigned milliseconds) = nullptr;
+
 } // namespace common

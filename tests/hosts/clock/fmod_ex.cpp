@@ -3,10 +3,15 @@
 //   TEST_CLOCK_START_MS   where the clock stands when the first file starts to play, milliseconds of show
 //                         time (0); a show that starts in the middle starts there
 //   TEST_CLOCK_SPEED      milliseconds of show time per millisecond from then on (1); 0: it stands still
+//   TEST_CLOCK_STEP_MS    instead of both, whole milliseconds: the clock stands still but for one step from each
+//                         reading to the next; a piece begins at the time last read
+//   TEST_CLOCK_LAST       with that: the last reading, counted from 0, that is answered; who asks again waits for ever
 //   TEST_CLOCK_STARTED    a file to create when the first file starts to play: loading is over
 //
 // No file is opened, and a sound has no end. The vocal file's position is the clock's minus 74300 ms, its place in
 // the show, so that show time is the clock's before and after the switch.
+#include <unistd.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
@@ -46,6 +51,7 @@ public:
 
     void play(common::Sound& sound, unsigned from_ms) override {
         file_ = static_cast<File*>(&sound);
+        first_reading_ = std::max(0, reading_);
         if (started_) return;
         started_ = true;
         if (from_ms > 0) start_ms_ = file_->start_ms() + from_ms;
@@ -56,6 +62,7 @@ public:
     void stop() override {}
 
     unsigned position_ms() override {
+        if (step_ms_ > 0) return stepped_position();
         const std::chrono::duration<double, std::milli> elapsed = Clock::now() - start_;
         const double show_time = start_ms_ + speed_ * elapsed.count();
         return static_cast<unsigned>(std::max(0.0, show_time - file_->start_ms()));
@@ -64,6 +71,19 @@ public:
     FMOD_RESULT seek_ms(unsigned) override { return FMOD_ERR_UNSUPPORTED; }
 
 private:
+    unsigned stepped_position() {
+        if (reading_ == last_reading_) {
+            for (;;) pause();
+        }
+        ++reading_;
+        return static_cast<unsigned>((reading_ - first_reading_) * step_ms_);
+    }
+
+    int step_ms_ = static_cast<int>(environment_number("TEST_CLOCK_STEP_MS", 0));
+    int last_reading_ =
+        static_cast<int>(environment_number("TEST_CLOCK_LAST", std::numeric_limits<int>::max()));
+    int reading_ = -1;      // the last one
+    int first_reading_ = 0; // at which what plays began
     double start_ms_ = environment_number("TEST_CLOCK_START_MS", 0.0);
     double speed_ = environment_number("TEST_CLOCK_SPEED", 1.0);
     bool started_ = false;

@@ -25,12 +25,14 @@
 #include "hosts/common/prompt.h"
 #include "hosts/common/signals.h"
 #include "hosts/common/skip_ahead.h"
+#include "hosts/common/sound_calls.h"
 #include "hosts/desktop/display/monitors.h"
 #include "hosts/desktop/display/present.h"
 #include "hosts/desktop/display/screen_mode.h"
 #include "hosts/desktop/display/screensaver.h"
 #include "hosts/desktop/display/window.h"
 #include "hosts/desktop/display/x_server.h"
+#include "hosts/desktop/frame_statistics.h"
 #include "hosts/desktop/message.h"
 #include "hosts/desktop/options.h"
 
@@ -83,6 +85,23 @@ constexpr std::chrono::milliseconds kBusyInterval(50);
 bool g_swapped_in_callback = false;
 bool g_picture_waits = false;
 Clock::time_point g_last_shown;
+
+// For --stats; null without it. Lives to the end of the process, when it is printed.
+FrameStatistics* g_statistics = nullptr;
+
+double seconds(Clock::time_point time) {
+    return std::chrono::duration<double>(time.time_since_epoch()).count();
+}
+
+// Collects statistics from here on and prints them at the end.
+void start_statistics() {
+    const double asked = glutGameModeGet(GLUT_GAME_MODE_REFRESH_RATE), rate = refresh_rate(g_display);
+    g_statistics = new FrameStatistics(rate > 0 ? rate : asked);
+    common::position_listener = [](unsigned milliseconds) {
+        g_statistics->position_read(seconds(Clock::now()), milliseconds);
+    };
+    std::atexit([] { say("what was shown:\n" + g_statistics->text()); });
+}
 
 void fail_for_glut(const char* format, va_list arguments) {
     char text[512];
@@ -138,13 +157,14 @@ bool is_compiling_list() {
 // Brings what has been drawn to the window, unless nobody can see it.
 void show_picture() {
     g_picture_waits = g_presenter && is_compiling_list();
+    if (g_hidden && g_statistics) g_statistics->hidden();
     if (g_hidden || g_picture_waits) return;
     g_last_shown = Clock::now();
-    if (!g_presenter) return __real_glutSwapBuffers();
     const Extent window = window_size();
-    g_presenter->draw_to_window(window);
+    if (g_presenter) g_presenter->draw_to_window(window);
     __real_glutSwapBuffers();
-    g_presenter->end(window);
+    if (g_statistics) g_statistics->shown(seconds(Clock::now()));
+    if (g_presenter) g_presenter->end(window);
 }
 
 void tell_size_once() {
@@ -263,6 +283,7 @@ int __wrap_glutEnterGameMode() {
     __real_glutReshapeFunc(on_reshape);
     ask_for_vertical_sync();
     keep_screen_awake(g_display);
+    if (options().stats) start_statistics();
     return glutGetWindow();
 }
 

@@ -39,12 +39,17 @@ Extent read_root_size(Display* display) {
     return {attributes.width, attributes.height};
 }
 
+// Pictures per second, 0 where the mode does not say; not of interlaced or doubled lines.
+double refresh_rate_of(const XRRModeInfo& mode) {
+    const double total = static_cast<double>(mode.hTotal) * mode.vTotal;
+    return total > 0 ? static_cast<double>(mode.dotClock) / total : 0;
+}
+
 bool matches(const XRRModeInfo& mode, Extent size, int rate) {
     if (static_cast<int>(mode.width) != size.width || static_cast<int>(mode.height) != size.height)
         return false;
     if (mode.modeFlags & (RR_Interlace | RR_DoubleScan)) return false;
-    const double total = static_cast<double>(mode.hTotal) * mode.vTotal;
-    return total > 0 && std::lround(static_cast<double>(mode.dotClock) / total) == rate;
+    return std::lround(refresh_rate_of(mode)) == rate;
 }
 
 // The output's mode of that size and rate, or None.
@@ -109,6 +114,15 @@ const MonitorLayout::Crtc* MonitorLayout::main_crtc() const {
 Box MonitorLayout::main_monitor() const {
     const Crtc* crtc = main_crtc();
     return crtc ? crtc->place : Box{0, 0, root_.width, root_.height};
+}
+
+double MonitorLayout::refresh_rate(Display* display) const {
+    const Crtc* crtc = main_crtc();
+    const Reply<XRRScreenResources> resources = crtc ? read_resources(display) : nullptr;
+    for (int i = 0; resources && i < resources->nmode; ++i) {
+        if (resources->modes[i].id == crtc->mode) return refresh_rate_of(resources->modes[i]);
+    }
+    return 0;
 }
 
 const MonitorLayout::Crtc* MonitorLayout::find(RRCrtc id) const {

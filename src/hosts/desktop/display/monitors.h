@@ -27,6 +27,9 @@ public:
     // Place of the main monitor on the root window, y downwards from the top; without one, the root window.
     common::Box main_monitor() const;
 
+    // How often a second the main monitor shows a new picture; 0 where the server does not say.
+    double refresh_rate(Display* display) const;
+
     // Puts this in force. Monitors that are as they should be are not touched. To be called under a ServerGrab, and
     // an XErrorTrap: the server may refuse it, which current() then shows.
     void apply(Display* display) const;

@@ -122,4 +122,6 @@ void enter_mode(Display* display, common::Extent size, int rate) {
 
 common::Box main_monitor(Display* display) { return MonitorLayout::current(display).main_monitor(); }
 
+double refresh_rate(Display* display) { return MonitorLayout::current(display).refresh_rate(display); }
+
 } // namespace desktop

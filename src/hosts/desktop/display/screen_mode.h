@@ -22,4 +22,7 @@ void enter_mode(Display* display, common::Extent size, int rate);
 // Place of the main monitor on the root window, y downwards from the top.
 common::Box main_monitor(Display* display);
 
+// How often a second the main monitor shows a new picture; 0 where the server does not say.
+double refresh_rate(Display* display);
+
 } // namespace desktop
