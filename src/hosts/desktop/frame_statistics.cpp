@@ -7,14 +7,16 @@
 namespace desktop {
 
 void FrameStatistics::position_read(double now, unsigned milliseconds) {
-    const bool plays_on =
-        last_read_ && last_read_->milliseconds > 0 && milliseconds >= last_read_->milliseconds;
-    if (plays_on) {
+    const bool goes_back = last_read_ && milliseconds < last_read_->milliseconds;
+    if (goes_back) music_moves_ = false;
+    if (music_moves_) {
         const double music = static_cast<double>(milliseconds - last_read_->milliseconds);
         const double jitter = std::abs(music - 1000 * (now - last_read_->time));
         jitter_sum_ += jitter;
         jitter_most_ = std::max(jitter_most_, jitter);
         ++steps_;
+    } else if (last_read_ && !goes_back) {
+        music_moves_ = milliseconds > last_read_->milliseconds;
     }
     last_read_ = Reading{now, milliseconds};
 }

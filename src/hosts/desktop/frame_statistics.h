@@ -11,7 +11,7 @@
 //     worst frame        the longest time between two pictures
 //     clock jitter       by how much the music moved on more or less than the time that passed, from one reading of its
 //                        position to the next: the mean and the largest amount. Positions are whole milliseconds, so
-//                        a perfect clock has a mean of about 0.3 ms. The wait for a piece's beginning is left out.
+//                        a perfect clock has a mean of about 0.3 ms. What comes before a piece is heard is left out.
 #pragma once
 
 #include <optional>
@@ -50,6 +50,7 @@ private:
     double worst_ = 0, worst_at_ = 0; // seconds; the music's position after it, seconds
 
     std::optional<Reading> last_read_;
+    bool music_moves_ = false; // the position has moved since the piece began
     long steps_ = 0;
     double jitter_sum_ = 0, jitter_most_ = 0; // milliseconds
 };

@@ -98,6 +98,7 @@ void start_statistics() {
     const double asked = glutGameModeGet(GLUT_GAME_MODE_REFRESH_RATE), rate = refresh_rate(g_display);
     g_statistics = new FrameStatistics(rate > 0 ? rate : asked);
     common::position_listener = [](unsigned milliseconds) {
+        if (common::frame_is_skipped()) return;
         g_statistics->position_read(seconds(Clock::now()), milliseconds);
     };
     std::atexit([] { say("what was shown:\n" + g_statistics->text()); });
