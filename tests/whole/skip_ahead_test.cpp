@@ -1,4 +1,4 @@
-// The show started in the middle, against what the exporter draws there.
+// The show started in the middle, at its own size and larger, against what the exporter draws there.
 #include "tests/support/picture.h"
 #include "tests/whole/display_test.h"
 
@@ -8,6 +8,7 @@ struct Start {
     std::string time;     // a frame of the exporter
     std::string language; // --language
     std::string drawn_in; // what it comes to
+    std::string scale;    // of the desktop, by which the exporter supersamples
 };
 
 std::ostream& operator<<(std::ostream& stream, const Start& start) { return stream << start.time; }
@@ -28,19 +29,21 @@ class StartInTheMiddle : public testing::TestWithParam<Start> {};
 TEST_P(StartInTheMiddle, ShowsWhatTheExporterDraws) {
     const Start& start = GetParam();
     const TestFolder folder;
-    const Finished still = run_program({{SKAV_EXPORT, "--data", DATA_DIRECTORY, "--language", start.drawn_in,
-                                         "-q", "--still", start.time, "-o", folder / "still.png"}});
+    const Finished still =
+        run_program({{SKAV_EXPORT, "--data", DATA_DIRECTORY, "--language", start.drawn_in, "-q", "--still",
+                      start.time, "--supersample", start.scale, "-o", folder / "still.png"}});
     ASSERT_EQ(0, still.status) << still.err;
     const Rgb expected = read_png(folder / "still.png");
 
     const auto server = DisplayServer::virtual_screen(1024, 768);
     const Viewer screen(server->name());
-    Process show(Command{{SKAV_ON_CLOCK_PROGRAM, "--from", start.time, "--language", start.language},
-                         {{"DISPLAY", server->name()},
-                          {"TEST_CLOCK_SPEED", "0"},
-                          {"LC_ALL", std::nullopt},
-                          {"LC_MESSAGES", "de_DE.UTF-8"}},
-                         DATA_DIRECTORY});
+    Process show(Command{
+        {SKAV_ON_CLOCK_PROGRAM, "--from", start.time, "--language", start.language, "--scale", start.scale},
+        {{"DISPLAY", server->name()},
+         {"TEST_CLOCK_SPEED", "0"},
+         {"LC_ALL", std::nullopt},
+         {"LC_MESSAGES", "de_DE.UTF-8"}},
+        DATA_DIRECTORY});
     EXPECT_TRUE(
         eventually([&] { return same_picture(screen.picture(), expected); }, std::chrono::minutes(4)));
     EXPECT_TRUE(show.running());
@@ -48,8 +51,10 @@ TEST_P(StartInTheMiddle, ShowsWhatTheExporterDraws) {
     EXPECT_EQ("", show.errors());
 }
 
-// In the first piece of music, where a text is on the screen, and in the second one.
+// In the first piece of music, where a text is on the screen, and in the second one. At twice the show's size: the
+// gyroscope's room; and the scroller, with points and with a texture that is copied from the screen.
 INSTANTIATE_TEST_SUITE_P(Times, StartInTheMiddle,
-                         testing::Values(Start{"1:10", "en", "en"}, Start{"90.5", "auto", "de"}));
+                         testing::Values(Start{"1:10", "en", "en", "1"}, Start{"90.5", "auto", "de", "1"},
+                                         Start{"47", "en", "en", "2"}, Start{"80.5", "en", "en", "2"}));
 
 } // namespace

@@ -5,13 +5,10 @@
 //   TEST_CLOCK_SPEED      milliseconds of show time per millisecond from then on (1); 0: it stands still
 //   TEST_CLOCK_STEP_MS    instead of both, whole milliseconds: the clock stands still but for one step from each
 //                         reading to the next; a piece begins at the time last read
-//   TEST_CLOCK_LAST       with that: the last reading, counted from 0, that is answered; who asks again waits for ever
 //   TEST_CLOCK_STARTED    a file to create when the first file starts to play: loading is over
 //
 // No file is opened, and a sound has no end. The vocal file's position is the clock's minus 74300 ms, its place in
 // the show, so that show time is the clock's before and after the switch.
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
@@ -72,16 +69,11 @@ public:
 
 private:
     unsigned stepped_position() {
-        if (reading_ == last_reading_) {
-            for (;;) pause();
-        }
         ++reading_;
         return static_cast<unsigned>((reading_ - first_reading_) * step_ms_);
     }
 
     int step_ms_ = static_cast<int>(environment_number("TEST_CLOCK_STEP_MS", 0));
-    int last_reading_ =
-        static_cast<int>(environment_number("TEST_CLOCK_LAST", std::numeric_limits<int>::max()));
     int reading_ = -1;      // the last one
     int first_reading_ = 0; // at which what plays began
     double start_ms_ = environment_number("TEST_CLOCK_START_MS", 0.0);
