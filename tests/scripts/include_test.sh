@@ -6,7 +6,8 @@ cd "$1" || exit 1
 floors='show/driver show/scenes show/stage show/text show/image
 show/driver show/fmod_ex.h
 hosts/desktop hosts/common show/fmod_ex.h
-hosts/offscreen hosts/common show/fmod_ex.h'
+hosts/offscreen hosts/common show/fmod_ex.h
+hosts/page hosts/common show/fmod_ex.h'
 
 # "FILE INCLUDED" for each include of a file of the project.
 includes=$(grep -roE '^ *# *include *"[^"]+"' --include=*.h --include=*.cpp . | sed -E 's|^\./([^:]+):.*"(.*)"|\1 \2|')
