@@ -1,5 +1,7 @@
 #include "hosts/common/gl_scale.h"
 
+#include <GL/glext.h>
+
 // The calls as they are linked: the first is what the show calls, the second what stands behind it.
 #define WRAPPED(result, name, parameters)                                                                    \
     extern "C" result GLAPIENTRY __wrap_##name parameters;                                                   \
@@ -46,11 +48,12 @@ int count_of_pixel_values(GLenum name) {
     }
 }
 
+// Turns what GL has answered into what the show has set.
 template <typename Value>
-void divide(GLenum name, Value* values) {
-    const int divisor = scale();
-    if (divisor == 1) return;
-    for (int i = 0; i < count_of_pixel_values(name); ++i) values[i] /= static_cast<Value>(divisor);
+void answer_for_show(GLenum name, Value* values) {
+    if (!g_surface || g_host_calls) return;
+    if (name == GL_DRAW_FRAMEBUFFER_BINDING || name == GL_READ_FRAMEBUFFER_BINDING) values[0] = 0;
+    for (int i = 0; i < count_of_pixel_values(name); ++i) values[i] /= static_cast<Value>(scale());
 }
 
 // The part of GL's state that counts pixels.
@@ -130,17 +133,17 @@ void GLAPIENTRY __wrap_glReadPixels(GLint x, GLint y, GLsizei width, GLsizei hei
 
 void GLAPIENTRY __wrap_glGetIntegerv(GLenum name, GLint* values) {
     __real_glGetIntegerv(name, values);
-    divide(name, values);
+    answer_for_show(name, values);
 }
 
 void GLAPIENTRY __wrap_glGetFloatv(GLenum name, GLfloat* values) {
     __real_glGetFloatv(name, values);
-    divide(name, values);
+    answer_for_show(name, values);
 }
 
 void GLAPIENTRY __wrap_glGetDoublev(GLenum name, GLdouble* values) {
     __real_glGetDoublev(name, values);
-    divide(name, values);
+    answer_for_show(name, values);
 }
 
 GLenum GLAPIENTRY __wrap_glGetError() {

@@ -1,16 +1,18 @@
-// The show drawn at a multiple of its size. It draws for 1024x768 pixels; the calls of it that count pixels are passed
-// on multiplied, so that geometry, text and textures copied from the screen come out sharp, and what it asks GL for is
-// in its own pixels. The linker's --wrap (CMakeLists.txt) leads these calls here first, for all that is linked into
-// the program:
+// The show drawn at a multiple of its size. It draws for 1024x768 pixels. Its calls that count pixels are passed on
+// multiplied, so that geometry, text and textures copied from the screen come out sharp; what it asks GL for is in its
+// own pixels. The linker's --wrap (CMakeLists.txt) leads these calls here first, for all that is linked into the
+// program:
 //
 //     glViewport, glScissor, glPointSize, glLineWidth    multiplied
 //     glCopyTexImage2D, glCopyTexSubImage2D              multiplied: the texture is as sharp as the picture
-//     glReadPixels                                       of the picture averaged down to its size; colour only
-//     glGetIntegerv, glGetFloatv, glGetDoublev           divided, for what is multiplied above
+//     glReadPixels                                       of the picture averaged down to its size: colours, and not
+//                                                        while a display list is compiled
+//     glGetIntegerv, glGetFloatv, glGetDoublev           divided, for what is multiplied above; for the framebuffer
+//                                                        that is bound 0, the window's, which the show knows alone
 //     glGetError                                         also returns errors kept by keep_errors_for_show
 //
-// The multiple may change between frames. Not followed then: multiplied calls that a display list or an attribute stack
-// holds from before, and copies into a part of a texture that was copied before.
+// The multiple may change between frames. Not followed then: multiplied calls that a display list or an attribute
+// stack holds from before, and copies into a part of a texture that was copied before.
 #pragma once
 
 #include "hosts/common/gl_surface.h"

@@ -1,4 +1,4 @@
-// How evenly the frames of the show came, for --stats. The times are handed in, in seconds of any clock that never goes
+// How evenly the frames of the show came, for --stats. The times are handed in: seconds of a clock that never goes
 // back.
 //
 // It counts from the first music position that is read, when loading is over:
@@ -9,9 +9,10 @@
 //     missed refreshes   how many refreshes repeated a picture: over all late frames the time since the picture
 //                        before, in refreshes rounded to the nearest, less one
 //     worst frame        the longest time between two pictures
-//     clock jitter       by how much the music moved on more or less than the time that passed, from one reading of its
-//                        position to the next: the mean and the largest amount. Positions are whole milliseconds, so
-//                        a perfect clock has a mean of about 0.3 ms. What comes before a piece is heard is left out.
+//     clock jitter       by how much the music moved on more or less than the time that passed, from one reading of
+//                        its position to the next: the mean and the largest amount. Positions are whole milliseconds,
+//                        so a perfect clock has a mean of about 0.3 ms. What comes before a piece is heard is left
+//                        out.
 #pragma once
 
 #include <optional>

@@ -5,8 +5,8 @@
 
 namespace desktop {
 
-// Where the picture stands in a window: as large as fits with its aspect kept, centred. At least one pixel each way; the
-// window's sizes must be positive.
+// Where the picture stands in a window: as large as fits with its aspect kept, centred. At least one pixel each way;
+// the window's sizes must be positive.
 common::Box picture_place(common::Extent window);
 
 // Whether OpenGL draws without a graphics card, by the name of its renderer (GL_RENDERER): one of Mesa's renderers in
