@@ -17,11 +17,16 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${SKAV_HOMEPAGE})
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 
-# The packages' maintainer is who makes them.
+# The packages' maintainer is who makes them: git's user, else this machine's.
 foreach(part name email)
   execute_process(COMMAND git config user.${part} WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
     OUTPUT_VARIABLE user_${part} OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
 endforeach()
+if(NOT user_email)
+  cmake_host_system_information(RESULT host QUERY HOSTNAME)
+  execute_process(COMMAND id -un OUTPUT_VARIABLE user_name OUTPUT_STRIP_TRAILING_WHITESPACE)
+  set(user_email ${user_name}@${host})
+endif()
 set(SKAV_MAINTAINER "${user_name} <${user_email}>" CACHE STRING "Maintainer of the packages; by default git's user")
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER ${SKAV_MAINTAINER})
 
