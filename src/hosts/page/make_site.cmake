@@ -31,3 +31,10 @@ file(READ ${SOURCES}/glu-9.0.2/src/libutil/error.c source)
 string(FIND "${source}" "*/" end)
 string(SUBSTRING "${source}" 0 ${end} license)
 file(WRITE ${SITE}/licenses/GLU.LICENSE "${license}*/\n")
+
+# A browser must not take an older script from its cache.
+file(SHA256 ${SITE}/skav.js version)
+string(SUBSTRING ${version} 0 8 version)
+file(READ ${SITE}/index.html page)
+string(REPLACE "skav.js" "skav.js?${version}" page "${page}")
+file(WRITE ${SITE}/index.html "${page}")

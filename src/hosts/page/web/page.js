@@ -41,11 +41,11 @@ class Page {
         this.texts = TEXTS[language];
         document.documentElement.lang = language;
         for (const name of ["lead", "warning", "needs", "licences"]) element(name).innerHTML = this.texts[name];
-        for (const name of ["needs", "licences", "languages"]) element(name).hidden = false;
-        for (const name of ["de", "en"]) element(name).classList.toggle("chosen", name === language);
+        element("licences").hidden = false;
         element("again").textContent = this.texts.again;
         this.showMessage();
         this.showProgress();
+        this.showChoice();
     }
 
     setState(state) {
@@ -54,11 +54,19 @@ class Page {
         element("start").hidden = playing;
         element("stage").hidden = !playing;
         element("loading").hidden = !["loading", "ready", "starting"].includes(state);
-        element("again").hidden = !(state === "ended" || (state === "failed" && this.canStart));
-        element("languages").hidden = !this.canStart;
+        element("needs").hidden = element("languages").hidden = !this.canStart;
         if (state !== "failed") this.problem = state === "ended" ? ["ended"] : null;
         this.showMessage();
         this.showProgress();
+        this.showChoice();
+    }
+
+    // The button that Return presses stands out: the language, or after a show "again".
+    showChoice() {
+        const again = this.state === "ended" || this.state === "failed";
+        element("again").hidden = !again;
+        const choice = again ? "again" : this.language;
+        for (const name of ["de", "en", "again"]) element(name).classList.toggle("chosen", name === choice);
     }
 
     // A text by its name and the parts that vary.
@@ -138,7 +146,7 @@ class Page {
         const bytes = new Uint8Array(FILES[name]);
         let end = 0;
         try {
-            const response = await fetch(name);
+            const response = await fetch(name, { cache: "no-cache" }); // all of one version
             if (!response.ok) throw response.status;
             const reader = response.body.getReader();
             for (let part = await reader.read(); !part.done; part = await reader.read()) {
