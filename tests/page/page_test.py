@@ -211,7 +211,7 @@ class PageTest(unittest.TestCase):
             self.assertLessEqual(box["height"], height + 1)
 
     def test_the_heap_does_not_grow(self):
-        browser = self.loaded()
+        browser = self.loaded(size=(64, 48))  # small pictures are drawn sooner
 
         def heap_after(first, last):
             for time in range(first, last, 100):
