@@ -1,4 +1,4 @@
-# set_up_test.sh CASE PROJECT: tries ./run, ./test or packaging/release on a copy of what they need, on a machine whose package manager,
+# set_up_test.sh CASE PROJECT: tries ./run, ./test, ./page or packaging/release on a copy of what they need, on a machine whose package manager,
 # user and build are made up by stand-ins on the PATH.
 set -u
 case=$1
@@ -7,7 +7,7 @@ project=$2
 work=$(mktemp -d) || exit 1
 trap 'rm -rf "$work"' EXIT
 mkdir -p "$work/bin" "$work/tree/data"
-cp -r "$project/run" "$project/test" "$project/packaging" "$work/tree/"
+cp -r "$project/run" "$project/test" "$project/page" "$project/packaging" "$work/tree/"
 for file in zev.mp3 zev_voc.mp3 Vera.ttf Arial; do echo data >"$work/tree/data/$file"; done
 
 # The made-up machine: $work/installed lists its packages, $work/log what was asked of it.
@@ -332,6 +332,51 @@ release_needs_a_dated_version)
     expect_in err "## 2.5.0, DATE"
     call packaging/release --trial </dev/null
     expect_status 0
+    ;;
+page_help)
+    call page --help
+    expect_status 0
+    for word in --build --test; do expect_in out "$word"; done
+    expect_not_in log cmake
+    ;;
+page_unknown_option)
+    call page --window
+    expect_status 2
+    expect_in err --window
+    expect_not_in log cmake
+    ;;
+page_fetches_the_sources_once_and_builds)
+    stand_in apt-helper <<'END'
+#!/bin/bash
+# download-file ADDRESS FILE SUM: an archive of the sources, empty.
+echo "apt-helper $*" >>"$MACHINE/log"
+case $2 in *freetype*) folder=freetype-2.12.1 ;; *) folder=glu-9.0.2 ;; esac
+mkdir -p "$MACHINE/$folder" && tar -C "$MACHINE" -cf "$3" $folder
+END
+    call page --build
+    expect_status 0
+    expect_in log "apt-helper download-file http://deb.debian.org/debian/pool/main/f/freetype/"
+    expect_in log "libglu_9.0.2.orig.tar.gz SHA256:24effdfb952453cc"
+    expect_in log "cmake --build --preset page"
+    expect_in err build/page/site
+    : >"$work/log"
+    call page --build
+    expect_status 0
+    expect_not_in log apt-helper
+    : >"$work/log"
+    call page --test -R switch
+    expect_status 0
+    expect_in log "cmake --build --preset ci --target picture_tests texture_hashes"
+    expect_in log "ctest --preset page -R switch"
+    ;;
+page_says_what_to_do_when_the_sources_cannot_be_fetched)
+    stand_in apt-helper <<<$'#!/bin/bash\necho "no connection"\nexit 100'
+    call page --build
+    expect_status 1
+    expect_in err "no connection"
+    expect_in err "build/sources/freetype_2.12.1"
+    expect_in err "SHA-256 7dedb6b9adf33155"
+    expect_not_in log cmake
     ;;
 *) fail "no such case: $case" ;;
 esac

@@ -4,7 +4,7 @@
 //
 // In the address:
 //   #en, #de       the language
-//   ?t=SECONDS     starts there
+//   ?t=SECONDS     starts there; the cues before fire in the first frame
 //   ?clock=frames  nothing moves by itself: skav.frame(ms of show time) draws a frame there
 class Page {
     constructor() {
