@@ -9,13 +9,14 @@ import threading
 
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.support.ui import WebDriverWait
 
 PATIENCE = 120  # seconds for whatever is waited for: it decides only how long a failure takes
 
 
 class Server:
-    """Serves a folder on the loopback interface. Files in `broken` have that content instead; None: they are missing."""
+    """Serves a folder on the loopback interface. Files in `broken` have that content instead; None: missing."""
 
     def __init__(self, folder):
         self.broken = {}
@@ -144,8 +145,6 @@ class Browser:
         self.driver.find_element("id", name).click()
 
     def press(self, key):
-        from selenium.webdriver.common.action_chains import ActionChains
-
         ActionChains(self.driver).send_keys(key).perform()
 
     def errors(self):

@@ -6,10 +6,10 @@ const test = require("node:test");
 
 const source = fs.readFileSync(path.join(__dirname, "../../src/hosts/page/web/music.js"), "utf8");
 
-// A computer's clock, and an output that plays `latency` ms late. Its stamps are off by what `jitter` gives; currentTime
-// moves in blocks of 10 ms, as outputs do.
+// A computer's clock, and an output that plays `latency` ms late. Its stamps are off by what `jitter` gives;
+// currentTime moves in blocks of 10 ms, as outputs do.
 class Machine {
-    constructor({ latency = 40, rate = 1, jitter = () => 0, blocked = false } = {}) {
+    constructor({ latency = 40, rate = 1, jitter = () => 0, blocked = false, output = true } = {}) {
         Object.assign(this, { latency, rate, jitter, blocked });
         this.now = 1000;
         this.rendered = 5; // s, as if it had run for a while
@@ -36,7 +36,7 @@ class Machine {
         const Music = new Function("performance", `${source}; return Music;`)(performance);
         this.notes = [];
         const pieces = { "first.mp3": { duration: 76.5 }, "second.mp3": { duration: 92.5 } };
-        this.music = new Music(this.context, pieces, (heard) => this.notes.push(heard));
+        this.music = new Music(output ? this.context : null, pieces, (heard) => this.notes.push(heard));
     }
 
     // Lets `ms` pass, and reads the position about 60 times a second. Returns the readings.
@@ -152,6 +152,17 @@ test("without an output the position goes on by the clock, and that is said once
     const at = machine.music.last;
     machine.run(1000);
     assert.ok(Math.abs(machine.music.last - at - 1000) < 17);
+});
+
+test("where there is no output at all the position goes on by the clock", () => {
+    const machine = new Machine({ output: false });
+    machine.music.play(1, "first.mp3", 0);
+    assertNeverFalls(machine.run(3000));
+    machine.music.pause();
+    machine.run(1000);
+    machine.music.resume();
+    machine.run(1000);
+    assert.ok(Math.abs(machine.music.last - 4000) < 51);
 });
 
 test("an output that is lost and comes back is heard in step again", () => {

@@ -1,8 +1,8 @@
 """Usage: take_stills.py SITE MOMENTS OUTPUT_FOLDER
 
-Draws the pictures that MOMENTS lists in Chromium, as OUTPUT_FOLDER/LANGUAGE/TIME.png, the way skav-export does: ten frames
-a second from the start of the show, as some scenes follow from their earlier frames. Those that are not wanted are drawn in
-a tiny window, which takes less time.
+Draws the pictures that MOMENTS lists in Chromium, as OUTPUT_FOLDER/LANGUAGE/TIME.png, the way skav-export does: ten
+frames a second from the start of the show, as some scenes follow from their earlier frames. Those that are not wanted
+are drawn in a tiny window, which takes less time.
 """
 
 import base64
@@ -37,7 +37,7 @@ def save(picture, path):
 def moments_of(file, language):
     lines = (line.split() for line in file.read_text().splitlines() if line and not line.startswith("#"))
     times = [words[1] for words in lines if words[0] == language]
-    return [time for time in times if time == "loading"] + sorted((time for time in times if time != "loading"), key=float)
+    return sorted(times, key=lambda time: -1 if time == "loading" else float(time))
 
 
 def main():

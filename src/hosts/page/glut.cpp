@@ -31,7 +31,10 @@ bool g_picture_waits = false;
 double g_last_shown = 0; // ms
 
 // Makes the canvas's context the one that GL draws with.
-EM_JS(void, use_context, (), { GL.makeContextCurrent(GL.registerContext(Module["context"], {majorVersion : 2})); });
+EM_JS(void, use_context, (), {
+    const context = GL.registerContext(Module["context"], {majorVersion : 2});
+    GL.makeContextCurrent(context);
+});
 
 // Passes on what is in the canvas.
 EM_JS(void, pass_picture, (), { Module["present"](); });

@@ -1,11 +1,12 @@
 // The music, and the position in it, which is the show's only clock.
 //
-// The position follows what is heard: the output's own time stamps, extrapolated with the computer's clock and smoothed,
+// The position follows what is heard: the output's time stamps, extrapolated with the computer's clock and smoothed,
 // because stamps jitter. While the output stands still (there is no device, or the browser blocks the sound) the
 // position goes on by the computer's clock, silently; as soon as the output moves, the sound starts at the position.
 // It never falls while a piece plays. Times are milliseconds of performance.now().
 class Music {
-    // context: an AudioContext. pieces: {name: AudioBuffer}. onSound(heard) is told of a change.
+    // context: an AudioContext, or null where there is none. pieces: {name: AudioBuffer}. onSound(heard) is told when
+    // the sound is lost or comes back.
     constructor(context, pieces, onSound) {
         this.context = context;
         this.pieces = pieces;
@@ -17,8 +18,8 @@ class Music {
         this.paused = false;
         this.last = 0; // the last position returned, ms
         this.origin = 0; // the piece's position 0, on the clock in force
-        this.heard = true; // whether the clock in force is the output's, else performance.now()
-        this.output = { time: 0, seen: 0, moved: 0, value: -1 };
+        this.heard = Boolean(context); // whether the clock in force is the output's, else performance.now()
+        this.output = { time: 0, seen: 0, moved: 0, value: -1, steps: 0 };
     }
 
     // Plays a piece from `position` ms, in place of what plays.
@@ -70,6 +71,7 @@ class Music {
 
     // Notes whether the output moves, and changes the clock when it has stopped or begun to.
     watchOutput(now) {
+        if (!this.context) return;
         const output = this.output;
         if (this.context.currentTime !== output.value) {
             output.value = this.context.currentTime;

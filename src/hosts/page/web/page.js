@@ -237,7 +237,7 @@ class Page {
     async start() {
         if (["starting", "playing"].includes(this.state) || !this.canStart) return;
         this.setState("starting");
-        this.context = this.context || new AudioContext();
+        this.context = this.context || openSound();
         this.wakeSound();
         try {
             const { module, fonts, pieces } = await this.files;
@@ -259,6 +259,7 @@ class Page {
         const { width, height } = this.fitCanvas();
         const english = this.language === "en";
         this.performer.send({ type: "start", module, fonts, lengths, english, width, height });
+        if (!this.context) this.showNote("silent");
         keepScreenOn();
         requestAnimationFrame(this.tick);
     }
@@ -376,6 +377,15 @@ async function decode(name, bytes) {
         return await new OfflineAudioContext(2, 1, 44100).decodeAudioData(bytes.buffer);
     } catch (error) {
         throw ["bad_music", name];
+    }
+}
+
+// Null where there is no sound.
+function openSound() {
+    try {
+        return new AudioContext();
+    } catch (error) {
+        return null;
     }
 }
 

@@ -1,6 +1,6 @@
-// Runs the program and draws: in a worker, so that the page stays alive while the show computes its textures, or in the
-// page itself where the browser lets no worker draw with WebGL 2. In a worker every picture leaves the canvas as a
-// bitmap, which is seen at once; a canvas that belongs to the page shows its picture when the call returns.
+// Runs the program and draws: in a worker, so that the page stays alive while the show computes its textures, or in
+// the page itself where the browser lets no worker draw with WebGL 2. In a worker every picture leaves the canvas as
+// a bitmap, which is seen at once; a canvas that belongs to the page shows its picture when the call returns.
 //
 // Messages to it:
 //   start   module, fonts {name: bytes}, lengths {music file: ms}, english, width, height
