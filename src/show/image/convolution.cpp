@@ -77,9 +77,9 @@ bool make_padded_plane(PaddedPlane& p, std::int32_t width, std::int32_t height, 
     p.r = static_cast<std::size_t>(args.r);
     p.stride = p.width + n - 1 + kLoopSlack;
     p.wrapped = wrapped;
-    p.folded = mirrored(args);
     const std::size_t rows = p.height + n - 1;
     if (rows > PTRDIFF_MAX / sizeof(std::int32_t) / p.stride) return false;
+    p.folded = mirrored(args);
     KernelArgs used = args;
     if (p.folded) used.weights += p.r * n;
     if (!prepare_kernel(p.prepared, used, p.folded ? p.r + 1 : n, p.stride, 1, kPlaneNarrowing)) return false;
