@@ -4,19 +4,27 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 
+#include "hosts/offscreen/frames/running_order.h"
 #include "hosts/offscreen/output/sink.h"
 
 namespace offscreen {
 
 namespace {
 
-constexpr double kSkippedCost = 0.03; // time of a skipped frame, relative to a drawn one
+constexpr int kSkippedCost = 1; // milliseconds of one processor core
 constexpr int kBarLength = 30;
 constexpr std::chrono::milliseconds kBetweenBars(100);
 
 double seconds_between(std::chrono::steady_clock::time_point from, std::chrono::steady_clock::time_point to) {
     return std::chrono::duration<double>(to - from).count();
+}
+
+const Chapter& chapter_at(common::ShowTime time) {
+    const Chapter* chapter = kChapters;
+    while (chapter + 1 != std::end(kChapters) && chapter[1].time <= time) ++chapter;
+    return *chapter;
 }
 
 // "3:05"
@@ -29,42 +37,47 @@ std::string minutes_text(double seconds) {
 
 } // namespace
 
-Progress::Progress(bool quiet, std::int64_t to_draw, std::int64_t to_skip)
-    : quiet_(quiet), terminal_(isatty(STDERR_FILENO) != 0), to_draw_(to_draw), to_skip_(to_skip),
-      begin_(Clock::now()), shown_(begin_), first_drawn_(begin_) {}
+Progress::Progress(bool quiet, const common::ShowFrames& frames, const common::FrameSet& wanted)
+    : quiet_(quiet), frames_(frames), wanted_(wanted), terminal_(isatty(STDERR_FILENO) != 0) {
+    for (auto frame = std::min<std::int64_t>(*wanted.begin(), 0); frame <= *wanted.rbegin(); ++frame)
+        whole_cost_ += cost_of(frame);
+}
 
-void Progress::frame(common::ShowTime time, bool drawn) {
-    if (drawn_ == 0 && drawn) first_drawn_ = Clock::now();
-    ++(drawn ? drawn_ : skipped_);
+int Progress::cost_of(std::int64_t frame) const {
+    return wanted_.count(frame) != 0 ? chapter_at(frames_.time_of(frame)).cost : kSkippedCost;
+}
+
+void Progress::frame(std::int64_t frame) {
+    if (cost_ == 0) begin_ = shown_ = Clock::now(); // the show's question has been answered
+    cost_ += cost_of(frame);
+    if (wanted_.count(frame) != 0 && drawn_++ == 0) first_drawn_ = Clock::now();
     if (quiet_) return;
     if (terminal_) {
         if (Clock::now() - shown_ < kBetweenBars) return;
         shown_ = Clock::now();
         const auto filled = static_cast<std::size_t>(done() * kBarLength);
         const std::string bar = std::string(filled, '#') + std::string(kBarLength - filled, '.');
-        std::fprintf(stderr, "\r[%s] %s\033[K", bar.c_str(), status(time).c_str());
+        std::fprintf(stderr, "\r[%s] %s\033[K", bar.c_str(), status(frame).c_str());
         std::fflush(stderr);
         bar_shown_ = true;
     } else if (done() * 100 >= next_line_ && done() < 1.0) {
-        std::fprintf(stderr, "%s\n", status(time).c_str());
-        while (done() * 100 >= next_line_) next_line_ += 10;
+        std::fprintf(stderr, "%s\n", status(frame).c_str());
+        while (done() * 100 >= next_line_) next_line_ = (next_line_ / 10 + 1) * 10;
     }
 }
 
 double Progress::done() const {
-    const double total = static_cast<double>(to_draw_) + kSkippedCost * static_cast<double>(to_skip_);
-    const double now = static_cast<double>(drawn_) + kSkippedCost * static_cast<double>(skipped_);
-    return total > 0.0 ? std::clamp(now / total, 0.0, 1.0) : 1.0;
+    return std::min(static_cast<double>(cost_) / static_cast<double>(whole_cost_), 1.0);
 }
 
-std::string Progress::status(common::ShowTime time) const {
+std::string Progress::status(std::int64_t frame) const {
     const auto now = Clock::now();
     const double drawing = std::max(seconds_between(first_drawn_, now), 1e-3);
     const double rate = drawn_ > 1 ? static_cast<double>(drawn_ - 1) / drawing : 0.0;
     const double left = seconds_between(begin_, now) * (1.0 - done()) / std::max(done(), 1e-6);
     char text[120];
     std::snprintf(text, sizeof text, "%3d%%  show %s s  %.1f frames/s  %s left",
-                  static_cast<int>(done() * 100), common::seconds_text(time).c_str(), rate,
+                  static_cast<int>(done() * 100), common::seconds_text(frames_.time_of(frame)).c_str(), rate,
                   minutes_text(left).c_str());
     return text;
 }

@@ -31,8 +31,7 @@ Run& the_run() { return *g_run; }
 
 Run::Run(const Options& options)
     : options_(options), frames_(options.rate), wanted_(wanted_frames()), clock_(options.rate),
-      progress_(options.quiet, static_cast<std::int64_t>(wanted_.size()), skipped_frames()),
-      sink_(make_sink()) {
+      progress_(options.quiet, frames_, wanted_), sink_(make_sink()) {
     set_clock(&clock_);
 }
 
@@ -52,10 +51,6 @@ common::FrameSet Run::wanted_frames() const {
     }
     if (wanted.empty()) throw Failure("no frame begins between --from and --to at this rate", kStatusUsage);
     return wanted;
-}
-
-std::int64_t Run::skipped_frames() const {
-    return last_wanted() + 1 + wanted(common::kLoadingFrame) - static_cast<std::int64_t>(wanted_.size());
 }
 
 std::unique_ptr<Sink> Run::make_sink() const {
@@ -102,7 +97,7 @@ void Run::end_display() {
         if (!clock_.running()) return;
         if (wanted(frame())) take_picture();
     }
-    if (!loading_ || wanted(frame())) progress_.frame(frames_.time_of(frame()), wanted(frame()));
+    if (!loading_ || wanted(frame())) progress_.frame(frame());
     // After its last frame the show ends by itself.
     if (frame() == last_wanted() && frame() + 1 < frames_.count()) end(EXIT_SUCCESS);
     if (!loading_) clock_.next_frame();

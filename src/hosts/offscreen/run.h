@@ -41,7 +41,6 @@ private:
     bool wanted(std::int64_t frame) const { return wanted_.count(frame) != 0; }
     std::int64_t last_wanted() const { return *wanted_.rbegin(); }
     common::FrameSet wanted_frames() const;
-    std::int64_t skipped_frames() const;
     std::unique_ptr<Sink> make_sink() const;
     void take_picture();
     void check_music() const;

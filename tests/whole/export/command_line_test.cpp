@@ -4,6 +4,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 
 #include "tests/whole/export/programs.h"
 
@@ -207,6 +208,15 @@ TEST(CommandLine, ProgressIsPlainLinesWhereThereIsNoTerminal) {
     const Finished loading =
         run_program(export_probe("scale", {"--still", "loading", "-o", folder / "a.png"}));
     EXPECT_NE(loading.err.find("1 picture in"), std::string::npos) << loading.err;
+}
+
+TEST(CommandLine, TheTimeLeftIsToldAtTheStart) {
+    TestFolder folder;
+    const Finished finished =
+        run_program(export_probe("scale", {"--fps", "10", "--to", "6", "-o", folder / "a.mp4"}));
+    EXPECT_EQ(finished.status, 0);
+    const std::regex first_line("  3%  show 0\\.100 s  [0-9.]+ frames/s  [0-9]+:[0-9]{2} left\n 10%[^]*");
+    EXPECT_TRUE(std::regex_match(finished.err, first_line)) << finished.err;
 }
 
 TEST(CommandLine, ProgressIsABarOnATerminal) {

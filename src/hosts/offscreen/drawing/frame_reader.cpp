@@ -3,9 +3,6 @@
 
 #include <GL/glext.h>
 
-#include <cstring>
-#include <utility>
-
 #include "hosts/common/gl_scale.h"
 #include "hosts/offscreen/failure.h"
 
@@ -31,35 +28,34 @@ FrameReader::FrameReader(const EglScreen& screen, OutputThread& output) : screen
 FrameReader::~FrameReader() { glDeleteBuffers(kBuffers, buffers_); }
 
 void FrameReader::read(const PictureInfo& info) {
-    if (pending_ == kBuffers) deliver_oldest();
-    const int next = (oldest_ + pending_) % kBuffers;
-    infos_[next] = info;
+    if (pending_.size() == kPending) deliver_oldest();
     const common::HostCalls host_calls;
     screen_.resolve();
-    glBindBuffer(GL_PIXEL_PACK_BUFFER, buffers_[next]);
+    glBindBuffer(GL_PIXEL_PACK_BUFFER, buffer_of(read_));
+    if (read_ >= kBuffers) glUnmapBuffer(GL_PIXEL_PACK_BUFFER); // its last picture has been written
     glReadPixels(0, 0, screen_.width(), screen_.height(), GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
     glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
     screen_.bind();
-    ++pending_;
+    pending_.push_back(info);
+    ++read_;
 }
 
 void FrameReader::drain() {
-    while (pending_ > 0) deliver_oldest();
+    while (!pending_.empty()) deliver_oldest();
 }
 
 void FrameReader::deliver_oldest() {
-    PicturePtr picture = output_.blank();
-    picture->info = infos_[oldest_];
-    picture->resize(screen_.width(), screen_.height());
-    glBindBuffer(GL_PIXEL_PACK_BUFFER, buffers_[oldest_]);
-    const void* pixels = glMapBuffer(GL_PIXEL_PACK_BUFFER, GL_READ_ONLY);
-    if (!pixels) throw Failure("OpenGL cannot hand out the picture it has drawn");
-    std::memcpy(picture->pixels.data(), pixels, picture->pixels.size());
-    glUnmapBuffer(GL_PIXEL_PACK_BUFFER);
+    Picture picture;
+    picture.info = pending_.front();
+    picture.width = screen_.width();
+    picture.height = screen_.height();
+    const auto oldest = read_ - static_cast<std::int64_t>(pending_.size());
+    pending_.pop_front();
+    glBindBuffer(GL_PIXEL_PACK_BUFFER, buffer_of(oldest));
+    picture.pixels = static_cast<const std::uint8_t*>(glMapBuffer(GL_PIXEL_PACK_BUFFER, GL_READ_ONLY));
     glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
-    oldest_ = (oldest_ + 1) % kBuffers;
-    --pending_;
-    output_.deliver(std::move(picture));
+    if (!picture.pixels) throw Failure("OpenGL cannot hand out the picture it has drawn");
+    output_.deliver(picture);
 }
 
 } // namespace offscreen

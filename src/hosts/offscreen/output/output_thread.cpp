@@ -1,8 +1,20 @@
 #include "hosts/offscreen/output/output_thread.h"
 
+#include <unistd.h>
+
 #include <utility>
 
 namespace offscreen {
+
+namespace {
+
+constexpr int kNicer = 5; // than the drawing thread
+
+// Lets drawing go first where both want a core: meanwhile pictures queue up, and they are work for the moments in which
+// drawing uses one core only. On Linux this is for the calling thread alone, and the encoder's threads inherit it.
+void give_way() { [[maybe_unused]] const int niceness = nice(kNicer); }
+
+} // namespace
 
 OutputThread::OutputThread(Sink& sink) : sink_(sink), thread_([this] { work(); }) {}
 
@@ -18,19 +30,11 @@ void OutputThread::abandon() {
     if (thread_.joinable()) thread_.join();
 }
 
-PicturePtr OutputThread::blank() {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    if (used_.empty()) return std::make_unique<Picture>();
-    PicturePtr picture = std::move(used_.back());
-    used_.pop_back();
-    return picture;
-}
-
-void OutputThread::deliver(PicturePtr picture) {
+void OutputThread::deliver(const Picture& picture) {
     std::unique_lock<std::mutex> lock(mutex_);
     changed_.wait(lock, [this] { return queue_.size() < kQueueLength || error_; });
     rethrow();
-    queue_.push_back(std::move(picture));
+    queue_.push_back(picture);
     changed_.notify_all();
 }
 
@@ -45,16 +49,17 @@ void OutputThread::finish() {
 }
 
 void OutputThread::work() {
+    give_way();
     std::unique_lock<std::mutex> lock(mutex_);
     for (;;) {
         changed_.wait(lock, [this] { return !queue_.empty() || closing_; });
         if (abandoned_ || queue_.empty()) return;
-        PicturePtr picture = std::move(queue_.front());
+        const Picture picture = std::move(queue_.front());
         queue_.pop_front();
         lock.unlock();
         std::exception_ptr error;
         try {
-            sink_.take(*picture);
+            sink_.take(picture);
         } catch (...) {
             error = std::current_exception();
         }
@@ -65,7 +70,6 @@ void OutputThread::work() {
             return;
         }
         ++taken_;
-        used_.push_back(std::move(picture));
         changed_.notify_all();
     }
 }

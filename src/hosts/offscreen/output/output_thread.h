@@ -7,7 +7,6 @@
 #include <exception>
 #include <mutex>
 #include <thread>
-#include <vector>
 
 #include "hosts/offscreen/output/sink.h"
 
@@ -21,11 +20,10 @@ public:
     OutputThread(const OutputThread&) = delete;
     OutputThread& operator=(const OutputThread&) = delete;
 
-    // A picture to be overwritten: a used one where there is one.
-    PicturePtr blank();
-
-    // Queues `picture`; waits while the queue is full. Throws what the sink threw, as does finish.
-    void deliver(PicturePtr picture);
+    // Queues `picture`; waits while the queue is full. Throws what the sink threw, as does finish. The picture's pixels
+    // must stay until kHeld later ones were delivered.
+    void deliver(const Picture& picture);
+    static constexpr int kHeld = 5;
 
     // Waits until everything is written.
     void finish();
@@ -37,7 +35,7 @@ public:
     std::int64_t taken() const { return taken_; }
 
 private:
-    static constexpr std::size_t kQueueLength = 4;
+    static constexpr std::size_t kQueueLength = kHeld - 1; // besides the one being written
 
     void work();
     void rethrow() const;
@@ -45,8 +43,7 @@ private:
     Sink& sink_;
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::deque<PicturePtr> queue_;
-    std::vector<PicturePtr> used_;
+    std::deque<Picture> queue_;
     std::exception_ptr error_;
     std::atomic<std::int64_t> taken_ = 0;
     bool closing_ = false;

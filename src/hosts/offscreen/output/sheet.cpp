@@ -24,6 +24,28 @@ constexpr int kTextLevel = 165;
 int gap(int thumb_width) { return thumb_width / 16; }
 int text_size(int thumb_width) { return thumb_width / 18; }
 
+// A picture to draw on, empty until it has a size.
+class Canvas {
+public:
+    bool empty() const { return bytes_.empty(); }
+    const Picture& picture() const { return picture_; }
+    int width() const { return picture_.width; }
+    int height() const { return picture_.height; }
+    std::uint8_t* at(int x, int y) { return bytes_.data() + (picture_.row(y) - picture_.pixels) + 4 * x; }
+
+    // Makes it that large, in the colour of the paper.
+    void resize(int width, int height) {
+        picture_.width = width;
+        picture_.height = height;
+        bytes_.assign(picture_.stride() * static_cast<std::size_t>(height), kPaper);
+        picture_.pixels = bytes_.data();
+    }
+
+private:
+    Picture picture_;
+    std::vector<std::uint8_t> bytes_;
+};
+
 // Draws lines of text into a picture.
 class TextPen {
 public:
@@ -42,8 +64,8 @@ public:
 
     // Draws `text` in a grey of `level` (0..255) with its base line at row `y` from the top and its left end at
     // column `x`. What does not fit into `width` columns, or the picture, is left out.
-    void draw(Picture& picture, int x, int y, int width, const std::string& text, int level) {
-        const int end = std::min(x + width, picture.width);
+    void draw(Canvas& canvas, int x, int y, int width, const std::string& text, int level) {
+        const int end = std::min(x + width, canvas.width());
         for (char letter : text) {
             if (FT_Load_Char(face_, static_cast<unsigned char>(letter), FT_LOAD_RENDER) != 0) continue;
             const FT_GlyphSlot glyph = face_->glyph;
@@ -51,13 +73,13 @@ public:
             if (x + advance > end) return;
             for (unsigned row = 0; row < glyph->bitmap.rows; ++row) {
                 const int to_y = y - glyph->bitmap_top + static_cast<int>(row);
-                if (to_y < 0 || to_y >= picture.height) continue;
+                if (to_y < 0 || to_y >= canvas.height()) continue;
                 const unsigned char* from =
                     glyph->bitmap.buffer + static_cast<int>(row) * glyph->bitmap.pitch;
                 for (unsigned column = 0; column < glyph->bitmap.width; ++column) {
                     const int to_x = x + glyph->bitmap_left + static_cast<int>(column);
                     if (to_x < 0 || to_x >= end) continue;
-                    std::uint8_t* pixel = picture.row(to_y) + 4 * to_x;
+                    std::uint8_t* pixel = canvas.at(to_x, to_y);
                     for (int i = 0; i < 3; ++i) {
                         pixel[i] =
                             static_cast<std::uint8_t>(pixel[i] + (level - pixel[i]) * from[column] / 255);
@@ -74,9 +96,9 @@ private:
 };
 
 // The mean of each square of kReduction pixels.
-void reduce(const Picture& from, Picture& to, int left, int top) {
+void reduce(const Picture& from, Canvas& to, int left, int top) {
     for (int y = 0; y < from.height / kReduction; ++y) {
-        std::uint8_t* out = to.row(top + y) + 4 * left;
+        std::uint8_t* out = to.at(left, top + y);
         for (int x = 0; x < from.width / kReduction; ++x, out += 4) {
             for (int i = 0; i < 3; ++i) {
                 int sum = 0;
@@ -105,12 +127,11 @@ public:
         const int thumb_height = picture.height / kReduction;
         const int margin = gap(thumb_width);
         const int size = text_size(thumb_width);
-        if (sheet_.pixels.empty()) {
+        if (sheet_.empty()) {
             const int rows = (kMomentCount + kColumns - 1) / kColumns;
             cell_width_ = thumb_width + margin;
             cell_height_ = thumb_height + 2 * margin + size;
             sheet_.resize(kColumns * cell_width_ + margin, rows * cell_height_ + margin);
-            std::fill(sheet_.pixels.begin(), sheet_.pixels.end(), kPaper);
         }
         TextPen pen("Vera.ttf", size);
         const auto [begin, end] = places_.equal_range(picture.info.frame);
@@ -126,13 +147,13 @@ public:
         }
     }
 
-    void finish() override { write_png(sheet_, path_, replace_); }
+    void finish() override { write_png(sheet_.picture(), path_, replace_); }
 
 private:
     std::string path_;
     bool replace_;
     std::multimap<std::int64_t, int> places_; // by frame
-    Picture sheet_;                           // empty until the first picture tells the size
+    Canvas sheet_;                            // empty until the first picture tells the size
     int cell_width_ = 0;
     int cell_height_ = 0;
 };

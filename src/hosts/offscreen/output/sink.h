@@ -21,26 +21,19 @@ struct Picture {
     PictureInfo info;
     int width = 0;
     int height = 0;
-    std::vector<std::uint8_t> pixels; // four bytes each: red, green, blue, unused; the bottom row first
+    // Not owned; four bytes each: red, green, blue, unused; the bottom row first.
+    const std::uint8_t* pixels = nullptr;
 
     std::size_t stride() const { return static_cast<std::size_t>(width) * 4; }
 
     // Row `y` counted from the top.
     const std::uint8_t* row(int y) const {
-        return pixels.data() + static_cast<std::size_t>(height - 1 - y) * stride();
-    }
-    std::uint8_t* row(int y) { return pixels.data() + static_cast<std::size_t>(height - 1 - y) * stride(); }
-
-    void resize(int new_width, int new_height) {
-        width = new_width;
-        height = new_height;
-        pixels.resize(stride() * static_cast<std::size_t>(height));
+        return pixels + static_cast<std::size_t>(height - 1 - y) * stride();
     }
 
     // Three bytes a pixel, red, green and blue, the top row first.
     std::vector<std::uint8_t> rgb() const;
 };
-using PicturePtr = std::unique_ptr<Picture>;
 
 class Sink {
 public:
