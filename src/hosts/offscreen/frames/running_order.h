@@ -6,26 +6,25 @@
 
 namespace offscreen {
 
-// One chapter per cue. What a frame of it costs in a video serves to tell the time left: milliseconds of one processor
-// core, drawn in software; only their ratios matter.
+// One chapter per cue.
 struct Chapter {
     common::ShowTime time;
-    int cost;
+    int cost; // of a frame in a video, for the time left: milliseconds of a processor core, drawn in software
     const char* name;
 };
 constexpr Chapter kChapters[] = {
-    {0, 50, "Title"},
-    {6'200'000, 50, "Title: towards the wall"},
-    {10'000'000, 50, "Greetings"},
-    {34'000'000, 50, "Gyroscope room"},
-    {40'000'000, 50, "Gyroscope room: between the rings"},
-    {45'500'000, 50, "Gyroscope room: tumbling"},
-    {55'000'000, 50, "Pulsing cross"},
-    {56'500'000, 50, "Pulsing cross: circling"},
-    {62'000'000, 50, "Pulsing cross: tumbling"},
-    {67'500'000, 50, "You want:"},
-    {74'000'000, 50, "Scroller: into the room"},
-    {77'000'000, 50, "Scroller"},
+    {0, 15, "Title"},
+    {6'200'000, 15, "Title: towards the wall"},
+    {10'000'000, 100, "Greetings"},
+    {34'000'000, 75, "Gyroscope room"},
+    {40'000'000, 90, "Gyroscope room: between the rings"},
+    {45'500'000, 95, "Gyroscope room: tumbling"},
+    {55'000'000, 60, "Pulsing cross"},
+    {56'500'000, 60, "Pulsing cross: circling"},
+    {62'000'000, 60, "Pulsing cross: tumbling"},
+    {67'500'000, 30, "You want:"},
+    {74'000'000, 45, "Scroller: into the room"},
+    {77'000'000, 45, "Scroller"},
     {153'000'000, 50, "Credits"},
 };
 constexpr int kChapterCount = static_cast<int>(sizeof kChapters / sizeof kChapters[0]);
