@@ -214,7 +214,7 @@ run_writes_a_video_where_there_is_no_display)
     expect_in out "exported from tree with: --data data --fps 30 --force -o skav.mp4 and e of the user"
     expect_in log "install -y -qq --no-install-recommends libavformat-dev"
     expect_in err "No display"
-    expect_in err "this takes about 150 s; ./run --fps 60 takes twice as long"
+    expect_in err "30 frames a second take about 150 s; ./run --fps 60 takes twice as long"
     expect_in err "--play"
     call run --fps 60 <<<"e of the user"
     expect_status 3
