@@ -88,7 +88,10 @@ release_of() {
     mkdir -p "$work/tree/docs"
     echo /build/ >"$work/tree/.gitignore"
     printf '#!/bin/bash\necho "make-pictures $*" >>"$MACHINE/log"\necho picture >"$1/cube.png"\n' >"$work/tree/docs/make-pictures"
-    chmod +x "$work/tree/docs/make-pictures"
+    printf '#!/bin/bash\necho "page $*" >>"$MACHINE/log"\nmkdir -p build/page/site\necho page >build/page/site/index.html\n' \
+        >"$work/tree/page"
+    chmod +x "$work/tree/docs/make-pictures" "$work/tree/page"
+    stand_in zip <<<$'#!/bin/bash\nls "${!#}" >"$2"'
     stand_in dpkg <<<$'#!/bin/bash\necho amd64'
     stand_in lintian <<<$'#!/bin/bash\necho "lintian $*" >>"$MACHINE/log"'
     stand_in cpack <<'END'
@@ -291,9 +294,11 @@ release_makes_everything_with_its_checksums)
     expect_status 0
     cd "$work/released files" || fail "no folder"
     [ "$(find . -type f ! -path './.*' | sort | paste -sd ' ')" = "./SHA256SUMS ./skav-2.5.0-de.mp4 ./skav-2.5.0-en.mp4 \
-./skav-2.5.0.tar.xz ./skav-data_2.5.0-1_all.deb ./skav_2.5.0-1_amd64.deb ./stills/cube.png" ] || fail "$(find .)"
+./skav-2.5.0-page.zip ./skav-2.5.0.tar.xz ./skav-data_2.5.0-1_all.deb ./skav_2.5.0-1_amd64.deb ./stills/cube.png" ] || fail "$(find .)"
     sha256sum --check --quiet SHA256SUMS || fail "wrong checksums"
-    [ "$(wc -l <SHA256SUMS)" = 6 ] || fail "$(cat SHA256SUMS)"
+    [ "$(wc -l <SHA256SUMS)" = 7 ] || fail "$(cat SHA256SUMS)"
+    [ "$(cat skav-2.5.0-page.zip)" = index.html ] || fail "the page is not in its archive"
+    expect_in log "page --build"
     expect_in log "lintian --allow-root --fail-on error,warning"
     ;;
 release_goes_on_where_it_was_interrupted)
