@@ -79,15 +79,20 @@ void prepare_item(GLenum topology) {
     g_queue.items.push_back({0, {}, g_drawn_state, topology, lighting, g_queue.indices.size(), 0});
 }
 
-// Appends triangles, each of three vertices counted from the primitive's first.
-void add_triangle(GLuint a, GLuint b, GLuint c) {
-    const GLuint triangle[] = {g_first + a, g_first + b, g_first + c};
-    g_queue.indices.insert(g_queue.indices.end(), triangle, triangle + 3);
-}
+// These append to the indices; vertices are counted from the primitive's first.
+void add_point(GLuint a) { *g_queue.indices.append(1) = g_first + a; }
 
 void add_line(GLuint a, GLuint b) {
-    const GLuint line[] = {g_first + a, g_first + b};
-    g_queue.indices.insert(g_queue.indices.end(), line, line + 2);
+    GLuint* line = g_queue.indices.append(2);
+    line[0] = g_first + a;
+    line[1] = g_first + b;
+}
+
+void add_triangle(GLuint a, GLuint b, GLuint c) {
+    GLuint* triangle = g_queue.indices.append(3);
+    triangle[0] = g_first + a;
+    triangle[1] = g_first + b;
+    triangle[2] = g_first + c;
 }
 
 // Whether any vertex of the primitive lies outside the volume that is drawn.
@@ -96,8 +101,7 @@ bool is_clipped() {
         const GLfloat x = std::fabs(v.clip[0]), y = std::fabs(v.clip[1]), z = std::fabs(v.clip[2]);
         return !(x <= v.clip[3] && y <= v.clip[3] && z <= v.clip[3]);
     };
-    return std::any_of(g_queue.vertices.begin() + static_cast<std::ptrdiff_t>(g_first),
-                       g_queue.vertices.end(), is_outside);
+    return std::any_of(g_queue.vertices.data() + g_first, g_queue.vertices.end(), is_outside);
 }
 
 // Quads are cut where the reference renderer cuts them, which is seen in colours and depths between the corners: from
@@ -122,7 +126,7 @@ void add_indices() {
     const GLuint count = static_cast<GLuint>(g_queue.vertices.size()) - g_first;
     switch (g_mode) {
     case GL_POINTS:
-        for (GLuint i = 0; i < count; ++i) g_queue.indices.push_back(g_first + i);
+        for (GLuint i = 0; i < count; ++i) add_point(i);
         break;
     case GL_LINES:
         for (GLuint i = 1; i < count; i += 2) add_line(i - 1, i);
@@ -200,18 +204,15 @@ void end() {
 
 void vertex(GLfloat x, GLfloat y, GLfloat z) {
     if (!g_in_begin) return;
-    Vertex v;
-    v.clip = transform(g_transform->clip, x, y, z);
-    v.eye_s = Float4{};
+    Float4 eye = {};
     if (g_needs_eye) {
-        v.eye_s = transform(g_transform->eye, x, y, z);
+        eye = transform(g_transform->eye, x, y, z);
         if (g_eye_normal_is_old) {
             const Float4* columns = g_transform->normal;
             g_eye_normal = columns[0] * g_normal[0] + columns[1] * g_normal[1] + columns[2] * g_normal[2];
             g_eye_normal_is_old = false;
         }
     }
-    v.normal_t = g_eye_normal;
     GLfloat s = g_s, t = g_t;
     if (g_has_texture_matrix) {
         const Float4 transformed = transform(texture_matrix(), g_s, g_t, 0);
@@ -219,10 +220,14 @@ void vertex(GLfloat x, GLfloat y, GLfloat z) {
         t = transformed[1];
         if (transformed[3] != 1) report_missing("a texture matrix with a perspective");
     }
-    v.eye_s[3] = s;
-    v.normal_t[3] = t;
-    v.color = g_color;
-    g_queue.vertices.push_back(v);
+    Vertex* v = g_queue.vertices.append(1);
+    v->clip = transform(g_transform->clip, x, y, z);
+    eye[3] = s;
+    v->eye_s = eye;
+    Float4 normal_t = g_eye_normal;
+    normal_t[3] = t;
+    v->normal_t = normal_t;
+    v->color = g_color;
 }
 
 void tex_coord(GLfloat s, GLfloat t) {

@@ -168,14 +168,13 @@ const Driver& driver() { return *g_driver; }
 
 void draw_queue() {
     if (g_queue.items.empty()) return;
-    if (!g_queue.indices.empty()) {
-        const auto bytes = [](const auto& vector) {
-            return static_cast<std::ptrdiff_t>(vector.size() * sizeof vector[0]);
+    if (g_queue.indices.size() != 0) {
+        const auto fill = [](GLenum target, const auto& buffer) {
+            g_driver->BufferData(target, static_cast<std::ptrdiff_t>(buffer.size() * sizeof *buffer.data()),
+                                 buffer.data(), GL_STREAM_DRAW);
         };
-        g_driver->BufferData(GL_ARRAY_BUFFER, bytes(g_queue.vertices), g_queue.vertices.data(),
-                             GL_STREAM_DRAW);
-        g_driver->BufferData(GL_ELEMENT_ARRAY_BUFFER, bytes(g_queue.indices), g_queue.indices.data(),
-                             GL_STREAM_DRAW);
+        fill(GL_ARRAY_BUFFER, g_queue.vertices);
+        fill(GL_ELEMENT_ARRAY_BUFFER, g_queue.indices);
     }
     for (const Item& item : g_queue.items) {
         if (item.clear) {
