@@ -16,7 +16,10 @@ struct Call {
 };
 
 // A sequence of calls, each with its own name.
-#define CALL(...) Call{#__VA_ARGS__, [](const Gl& called) { called.__VA_ARGS__; }}
+#define CALL(...)                                                                                            \
+    Call {                                                                                                   \
+#__VA_ARGS__, [](const Gl& called) { called.__VA_ARGS__; }                                           \
+    }
 
 // The error after each call.
 std::vector<std::string> errors_of(const Gl& gl, const std::vector<Call>& calls) {

@@ -1,15 +1,18 @@
-// The whole show, its GL calls drawn by the layer off the screen on a clock of ten frames a second, for stills.
+// The whole show, its GL calls drawn by the layer off the screen on a clock of ten frames a second, for stills. Takes
+// the options with which the picture tests call skav-export, and writes the same files:
 //
-//     show-on-layer OUTPUT_FOLDER SCALE TIME...  < answer to the show's question
+//     show-on-layer --quiet --data FOLDER --language en|de --fps 10 --still TIME... -o FOLDER/
 //
-// Run in the data folder. Writes OUTPUT_FOLDER/TIME.png for every time, in seconds with one decimal and ascending;
-// "loading" is the loading picture. SCALE 2 draws at twice the size, and so on.
+// Times are in seconds, ascending; "loading" is the loading picture.
 #include <GL/glut.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,6 +22,8 @@
 #include "tests/page/gl/egl_context.h"
 #include "tests/support/picture.h"
 
+namespace fs = std::filesystem;
+
 extern "C" int __wrap_main(int argc, char** argv);
 extern "C" int __real_main(int argc, char** argv);
 
@@ -27,8 +32,9 @@ namespace {
 constexpr int kRate = 10; // frames a second
 constexpr int kNoFrame = -1;
 
-int g_scale = 1;
-std::string g_folder;
+constexpr int kWidth = 1024, kHeight = 768;
+
+std::string g_folder;             // with its slash
 std::vector<std::string> g_times; // those still to come
 std::unique_ptr<EglContext> g_context;
 page::gl::Driver g_driver;
@@ -41,16 +47,18 @@ int g_frame = kNoFrame; // counted from the start of the music
 bool g_playing = false;
 bool g_skipping = false; // nothing is drawn in this frame
 
+double time_of(const std::string& still) { return std::strtod(still.c_str(), nullptr); }
+
 // The next wanted frame. At second 74, where the music changes, show time jumps forward by 0.3 seconds.
 int next_wanted() {
     if (g_times.front() == "loading") return kNoFrame;
-    const double time = std::strtod(g_times.front().c_str(), nullptr);
+    const double time = time_of(g_times.front());
     return static_cast<int>(std::lround((time < 74.3 ? time : time - 0.3) * kRate));
 }
 
 void take_picture() {
     page::gl::finish();
-    Rgb picture{1024 * g_scale, 768 * g_scale, {}};
+    Rgb picture{kWidth, kHeight, {}};
     const std::size_t row = static_cast<std::size_t>(picture.width) * 4;
     std::vector<std::uint8_t> pixels(row * static_cast<std::size_t>(picture.height));
     const auto read_pixels = reinterpret_cast<decltype(&glReadPixels)>(gl_function("glReadPixels"));
@@ -61,7 +69,9 @@ void take_picture() {
             picture.pixels.insert(picture.pixels.end(), pixel, pixel + 3);
         }
     }
-    write_png_file(picture, g_folder + "/" + g_times.front() + ".png");
+    char name[20] = "loading.png";
+    if (g_frame != kNoFrame) std::snprintf(name, sizeof name, "%07.3f.png", time_of(g_times.front()));
+    write_png_file(picture, g_folder + name);
     g_times.erase(g_times.begin());
     if (g_times.empty()) std::_Exit(EXIT_SUCCESS);
 }
@@ -101,18 +111,36 @@ void display() {
     ++g_frame;
 }
 
+// Gives the show the answer to its question for the language.
+void answer(char letter) {
+    int ends[2];
+    if (pipe(ends) != 0 || write(ends[1], &letter, 1) != 1) std::exit(EXIT_FAILURE);
+    close(ends[1]);
+    dup2(ends[0], STDIN_FILENO);
+}
+
 } // namespace
 
 std::unique_ptr<common::Player> common::make_player() { return std::make_unique<SilentPlayer>(); }
 
 int __wrap_main(int argc, char** argv) {
-    if (argc < 4) {
-        std::fprintf(stderr, "Usage: show-on-layer OUTPUT_FOLDER SCALE TIME...\n");
+    std::map<std::string, std::string> options;
+    for (int i = 1; i < argc; ++i) {
+        const std::string name = argv[i];
+        if (name == "--quiet" || i + 1 == argc) continue;
+        const std::string value = argv[++i];
+        if (name == "--still") g_times.push_back(value);
+        options[name] = value;
+    }
+    std::error_code error;
+    fs::create_directories(options["-o"], error);
+    if (g_times.empty() || error) {
+        std::fprintf(stderr, "show-on-layer: --still TIME and -o FOLDER/ are needed\n");
         return EXIT_FAILURE;
     }
-    g_folder = argv[1];
-    g_scale = std::atoi(argv[2]);
-    g_times.assign(argv + 3, argv + argc);
+    g_folder = fs::absolute(options["-o"]).string();
+    fs::current_path(options["--data"]);
+    answer(options["--language"] == "en" ? 'e' : 'g');
     return __real_main(argc, argv);
 }
 
@@ -134,7 +162,7 @@ int FGAPIENTRY glutEnterGameMode(void) {
     g_driver.DrawElements = [](GLenum mode, GLsizei count, GLenum type, const void* indices) {
         if (!g_skipping) native.DrawElements(mode, count, type, indices);
     };
-    if (!page::gl::start(g_driver, 1024 * g_scale, 768 * g_scale)) std::exit(EXIT_FAILURE);
+    if (!page::gl::start(g_driver, kWidth, kHeight)) std::exit(EXIT_FAILURE);
     return 1;
 }
 
@@ -148,7 +176,7 @@ void FGAPIENTRY glutSwapBuffers(void) {
 }
 
 void FGAPIENTRY glutMainLoop(void) {
-    g_on_reshape(1024, 768);
+    g_on_reshape(kWidth, kHeight);
     for (;;) {
         display();
         g_on_idle();
