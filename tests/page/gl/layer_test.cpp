@@ -6,6 +6,8 @@
 #include <functional>
 #include <vector>
 
+#include "hosts/page/gl/layer.h"
+#include "hosts/page/gl/queue.h"
 #include "tests/page/gl/both.h"
 
 namespace {
@@ -550,6 +552,20 @@ void draw_and_copy(const Gl& gl) {
 
 TEST(LayerTextures, AreCopiedFromThePicture) { expect_same(draw_and_copy); }
 
+TEST(LayerTextures, AreMovedByTheirMatrix) {
+    expect_same(
+        [](const Gl& gl) {
+            bind_noise(gl, GL_RGB, 3);
+            gl.glMatrixMode(GL_TEXTURE);
+            gl.glTranslated(0.3, 0.1, 0);
+            gl.glRotatef(30, 0, 0, 1);
+            gl.glScaled(0.5, 0.25, 1);
+            gl.glMatrixMode(GL_MODELVIEW);
+            draw_plane(gl);
+        },
+        kChosenTexels);
+}
+
 // --- Lists ---
 
 TEST(LayerLists, KeepCommandsUntilTheyAreCalled) {
@@ -576,6 +592,69 @@ TEST(LayerLists, KeepCommandsUntilTheyAreCalled) {
     });
 }
 
+// --- Frames ---
+
+// No garbage: a frame like the one before needs no memory.
+TEST(LayerFrames, ReuseTheMemoryOfTheFrameBefore) {
+    drawn_by_layer([](const Gl& gl) {
+        const page::gl::Vertex* vertices = nullptr;
+        const GLuint* indices = nullptr;
+        const page::gl::Item* items = nullptr;
+        for (int frame = 0; frame < 3; ++frame) {
+            set_up_light(gl, true, true);
+            for (int i = 0; i < 20; ++i) {
+                gl.glDepthMask(i % 2);
+                draw_plane(gl, 5);
+            }
+            const page::gl::Queue& queue = page::gl::g_queue;
+            EXPECT_EQ(queue.items.size(), 20u);
+            if (frame > 0) {
+                EXPECT_EQ(queue.vertices.data(), vertices);
+                EXPECT_EQ(queue.indices.data(), indices);
+                EXPECT_EQ(queue.items.data(), items);
+            }
+            vertices = queue.vertices.data();
+            indices = queue.indices.data();
+            items = queue.items.data();
+            page::gl::finish();
+            EXPECT_EQ(queue.items.size(), 0u);
+        }
+    });
+}
+
+// What is drawn with equal state is one call of the driver, whatever the matrices and colours.
+TEST(LayerFrames, JoinWhatHasTheSameState) {
+    drawn_by_layer([](const Gl& gl) {
+        for (int i = 0; i < 10; ++i) {
+            gl.glPushMatrix();
+            gl.glRotatef(float(i), 0, 0, 1);
+            gl.glColor3f(float(i) / 10, 1, 1);
+            gl.glEnable(GL_BLEND);
+            gl.glBegin(i % 2 ? GL_QUAD_STRIP : GL_QUADS);
+            for (int j = 0; j < 4; ++j) gl.glVertex2d(j / 2, j % 2);
+            gl.glEnd();
+            gl.glPopMatrix();
+            gl.glDisable(GL_BLEND);
+        }
+        EXPECT_EQ(page::gl::g_queue.items.size(), 1u);
+    });
+}
+
+std::vector<std::string> g_reports;
+
+TEST(LayerReports, WhatItDoesNotDoOnce) {
+    g_reports.clear();
+    page::gl::set_report([](const char* line) { g_reports.push_back(line); });
+    drawn_by_layer([](const Gl& gl) {
+        gl.glEnable(GL_LINE_STIPPLE);
+        gl.glEnable(GL_CLIP_PLANE0);
+        gl.glBindTexture(GL_TEXTURE_1D, 1);
+        EXPECT_EQ(gl.glGetError(), GLenum{GL_NO_ERROR});
+    });
+    EXPECT_EQ(g_reports.size(), 2u);
+    page::gl::set_report([](const char*) {});
+}
+
 // --- Scale ---
 
 TEST(LayerScale, MultipliesViewportsPointsAndCopies) {
@@ -598,9 +677,20 @@ TEST(LayerScale, MultipliesViewportsPointsAndCopies) {
         draw_plane(gl);
     };
     const Pixels reference = drawn_by_reference([&](const Gl& gl) { draw(gl, 2); }, 2);
-    const Pixels layer = drawn_by_layer([&](const Gl& gl) { draw(gl, 1); }, 2);
-    const PixelDifference found = difference(reference, layer, 2);
-    EXPECT_LE(found.most, 1) << found.where;
+    const Pixels from_start = drawn_by_layer([&](const Gl& gl) { draw(gl, 1); }, 2);
+    const Pixels changed = drawn_by_layer(
+        [&](const Gl& gl) {
+            page::gl::set_size(512, 384);
+            draw(gl, 1);
+            gl.glDisable(GL_TEXTURE_2D);
+            page::gl::set_size(2048, 1536);
+            draw(gl, 1);
+        },
+        2);
+    for (const Pixels* layer : {&from_start, &changed}) {
+        const PixelDifference found = difference(reference, *layer, 2);
+        EXPECT_LE(found.most, 1) << found.where;
+    }
 }
 
 } // namespace
