@@ -75,6 +75,10 @@ struct Driver {
 #undef PAGE_GL_MEMBER
 };
 
+// The functions that the layer calls from here on, and those.
+void set_driver(const Driver& driver);
+const Driver& driver();
+
 // WebGL 2 of the context that is current for Emscripten.
 const Driver& browser_driver();
 

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "hosts/page/gl/attributes.h"
+#include "hosts/page/gl/capabilities.h"
 #include "hosts/page/gl/errors.h"
 #include "hosts/page/gl/geometry.h"
 #include "hosts/page/gl/lighting.h"
@@ -51,14 +53,14 @@ int count_of(GLenum name) {
 void fog(GLenum name, Values values) { gl::fog(name, values.v); }
 void light(GLenum source, GLenum name, Values values) { gl::light(source, name, values.v); }
 void light_model(GLenum name, Values values) { gl::light_model(name, values.v); }
-void material(GLenum face, GLenum name, Values values) { gl::material(face, name, values.v); }
+void material(GLenum face, GLenum name, Values values) {
+    gl::material(face, name, values.v);
+    gl::material_changed();
+}
 
 // The functions that take a single value. The reference renderer takes also a name that stands for several values
 // from glMateriali, the others being 0, but not from the rest.
-void material_value(GLenum face, GLenum name, GLfloat value) {
-    const GLfloat values[4] = {value};
-    gl::material(face, name, values);
-}
+void material_value(GLenum face, GLenum name, GLfloat value) { material(face, name, {{value}}); }
 void fog_value(GLenum name, GLfloat value) {
     if (!gl::outside_begin()) return;
     if (count_of(name) != 1) return gl::set_error(GL_INVALID_ENUM);

@@ -3,8 +3,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "hosts/page/gl/layer.h"
-
 namespace page::gl {
 
 namespace {
@@ -46,7 +44,7 @@ void report_missing(const char* what) {
 
 void report(const char* line) { g_report(line); }
 
-void set_report(void (*report)(const char* line)) { g_report = report; }
+void report_to(void (*function)(const char* line)) { g_report = function; }
 
 void reset_errors() {
     g_in_begin = false;

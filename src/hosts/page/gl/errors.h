@@ -23,8 +23,9 @@ inline bool outside_begin() {
 // Reports that the layer does not do this, once for every text; `what` is a constant text.
 void report_missing(const char* what);
 
-// Passes a line to who was named by set_report.
+// Passes a line to whoever is told: the standard error stream, or that function.
 void report(const char* line);
+void report_to(void (*function)(const char* line));
 
 void reset_errors();
 

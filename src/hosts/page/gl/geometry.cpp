@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "hosts/page/gl/attributes.h"
 #include "hosts/page/gl/errors.h"
 #include "hosts/page/gl/lists.h"
 #include "hosts/page/gl/queue.h"
@@ -11,14 +12,7 @@
 
 namespace page::gl {
 
-Queue g_queue;
-
 namespace {
-
-// The current attributes.
-Float4 g_color;
-Float4 g_normal;
-GLfloat g_s, g_t;
 
 // The primitive between glBegin and glEnd.
 GLenum g_mode;
@@ -28,8 +22,7 @@ GLuint g_first; // its first vertex in the queue
 const Transform* g_transform;
 bool g_needs_eye;          // lighting or fog is on
 bool g_has_texture_matrix; // other than the identity
-Float4 g_eye_normal;
-bool g_eye_normal_is_old = true;
+Float4 g_eye_normal;       // the current normal, unless that or the matrices have changed
 
 // The state of the last item, whose texture members are filled.
 State g_drawn_state;
@@ -191,7 +184,7 @@ void begin(GLenum mode) {
     if (mode > GL_POLYGON) return set_error(GL_INVALID_ENUM);
     g_in_begin = true;
     g_mode = mode;
-    g_transform = &current_transform(g_eye_normal_is_old);
+    g_transform = &current_transform(g_attributes.normal_changed);
     g_has_texture_matrix = !same_bytes(texture_matrix(), kIdentity);
     begin_part();
 }
@@ -204,18 +197,20 @@ void end() {
 
 void vertex(GLfloat x, GLfloat y, GLfloat z) {
     if (!g_in_begin) return;
+    Attributes& now = g_attributes;
     Float4 eye = {};
     if (g_needs_eye) {
         eye = transform(g_transform->eye, x, y, z);
-        if (g_eye_normal_is_old) {
+        if (now.normal_changed) {
             const Float4* columns = g_transform->normal;
-            g_eye_normal = columns[0] * g_normal[0] + columns[1] * g_normal[1] + columns[2] * g_normal[2];
-            g_eye_normal_is_old = false;
+            g_eye_normal =
+                columns[0] * now.normal[0] + columns[1] * now.normal[1] + columns[2] * now.normal[2];
+            now.normal_changed = false;
         }
     }
-    GLfloat s = g_s, t = g_t;
+    GLfloat s = now.s, t = now.t;
     if (g_has_texture_matrix) {
-        const Float4 transformed = transform(texture_matrix(), g_s, g_t, 0);
+        const Float4 transformed = transform(texture_matrix(), s, t, 0);
         s = transformed[0];
         t = transformed[1];
         if (transformed[3] != 1) report_missing("a texture matrix with a perspective");
@@ -227,21 +222,7 @@ void vertex(GLfloat x, GLfloat y, GLfloat z) {
     Float4 normal_t = g_eye_normal;
     normal_t[3] = t;
     v->normal_t = normal_t;
-    v->color = g_color;
-}
-
-void tex_coord(GLfloat s, GLfloat t) {
-    g_s = s;
-    g_t = t;
-}
-
-void normal(GLfloat x, GLfloat y, GLfloat z) {
-    g_normal = Float4{x, y, z, 0};
-    g_eye_normal_is_old = true;
-}
-
-void color(GLfloat red, GLfloat green, GLfloat blue, GLfloat alpha) {
-    g_color = Float4{red, green, blue, alpha};
+    v->color = now.color;
 }
 
 void clear(GLbitfield buffers) {
@@ -253,8 +234,6 @@ void clear(GLbitfield buffers) {
     std::copy(clear_color(), clear_color() + 4, item.clear_color);
     g_queue.items.push_back(item);
 }
-
-Float4 current_color() { return g_color; }
 
 void material_changed() {
     if (!g_in_begin) return;
@@ -268,13 +247,6 @@ void material_changed() {
     begin_part();
 }
 
-void reset_geometry() {
-    g_color = Float4{1, 1, 1, 1};
-    g_normal = Float4{0, 0, 1, 0};
-    g_s = g_t = 0;
-    g_eye_normal_is_old = true;
-    g_has_drawn_state = false;
-    g_queue = {};
-}
+void reset_geometry() { g_has_drawn_state = false; }
 
 } // namespace page::gl

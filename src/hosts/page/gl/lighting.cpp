@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "hosts/page/gl/attributes.h"
 #include "hosts/page/gl/errors.h"
-#include "hosts/page/gl/geometry.h"
 #include "hosts/page/gl/matrices.h"
 #include "hosts/page/gl/state.h"
 
@@ -75,7 +75,7 @@ void set_colors(Material& m, int parts, const GLfloat* color) {
 
 // Gives the parts that follow the current colour its value as of now.
 void store_tracked_colors() {
-    const Float4 color = current_color();
+    const Float4 color = g_attributes.color;
     const GLfloat values[4] = {color[0], color[1], color[2], color[3]};
     for (int i = 0; i < 2; ++i) set_colors(g_materials[i], tracked_parts(i), values);
 }
@@ -195,7 +195,6 @@ void material(GLenum face, GLenum name, const GLfloat* values) {
         }
     }
     changed();
-    material_changed();
 }
 
 void color_material(GLenum face, GLenum mode) {

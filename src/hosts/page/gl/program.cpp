@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "hosts/page/gl/driver.h"
 #include "hosts/page/gl/errors.h"
 
 namespace page::gl {
@@ -286,7 +287,7 @@ void Program::release() {
     *this = Program();
 }
 
-void Program::use(const State& s, const PixelBox& viewport, GLfloat point_size) {
+void Program::use(const State& s, const common::Box& viewport, GLfloat point_size) {
     driver().UseProgram(name_);
     const bool same = has_state_ && std::memcmp(&s, &state_, sizeof s) == 0 &&
                       std::memcmp(&viewport, &viewport_, sizeof viewport) == 0 && point_size == point_size_;

@@ -5,8 +5,8 @@
 
 #include <cstddef>
 
+#include "hosts/common/geometry.h"
 #include "hosts/page/gl/lighting.h"
-#include "hosts/page/gl/renderer.h"
 #include "hosts/page/gl/state.h"
 
 namespace page::gl {
@@ -24,7 +24,7 @@ public:
     bool exists() const { return name_ != 0; }
 
     // Makes the driver draw with it and with that state. `viewport` and `point_size` are in the framebuffer's pixels.
-    void use(const State& state, const PixelBox& viewport, GLfloat point_size);
+    void use(const State& state, const common::Box& viewport, GLfloat point_size);
 
     // Gives it lights and materials; `number` says whether they are still those of the call before.
     void set_lighting(const LightingBlock& block, unsigned number);
@@ -34,7 +34,7 @@ private:
     GLint switches_ = -1, texture_ = -1, fog_ = -1, fog_color_ = -1, points_ = -1, lighting_ = -1;
     bool has_state_ = false;
     State state_ = {};
-    PixelBox viewport_ = {};
+    common::Box viewport_ = {};
     GLfloat point_size_ = 0;
     unsigned lighting_number_ = 0;
 };

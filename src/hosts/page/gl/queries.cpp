@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "hosts/page/gl/attributes.h"
 #include "hosts/page/gl/errors.h"
-#include "hosts/page/gl/geometry.h"
 #include "hosts/page/gl/matrices.h"
 #include "hosts/page/gl/renderer.h"
 #include "hosts/page/gl/state.h"
@@ -58,7 +58,7 @@ void get_floats(GLenum name, GLfloat* values) {
     case GL_TEXTURE_MATRIX:
         return copy_matrix(texture_matrix(), values);
     case GL_CURRENT_COLOR:
-        for (int i = 0; i < 4; ++i) values[i] = current_color()[i];
+        for (int i = 0; i < 4; ++i) values[i] = g_attributes.color[i];
         return;
     default:
         report_missing("glGetFloatv of that name");

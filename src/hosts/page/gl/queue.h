@@ -71,6 +71,6 @@ struct Queue {
     std::vector<Item> items;
 };
 
-extern Queue g_queue;
+inline Queue g_queue;
 
 } // namespace page::gl

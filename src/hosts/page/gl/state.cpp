@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "hosts/page/gl/errors.h"
-#include "hosts/page/gl/lighting.h"
 
 namespace page::gl {
 
@@ -14,32 +13,6 @@ bool g_changed = true;
 GLfloat g_clear_color[4];
 
 GLfloat clamped(GLfloat value) { return std::min(std::max(value, 0.0f), 1.0f); }
-
-// What OpenGL 1.1 can switch on and the layer cannot, and its state at the start, in which it draws as without it.
-bool is_unsupported_capability(GLenum name) {
-    switch (name) {
-    case GL_ALPHA_TEST:
-    case GL_AUTO_NORMAL:
-    case GL_COLOR_LOGIC_OP:
-    case GL_INDEX_LOGIC_OP:
-    case GL_LINE_SMOOTH:
-    case GL_LINE_STIPPLE:
-    case GL_POINT_SMOOTH:
-    case GL_POLYGON_OFFSET_FILL:
-    case GL_POLYGON_OFFSET_LINE:
-    case GL_POLYGON_OFFSET_POINT:
-    case GL_POLYGON_SMOOTH:
-    case GL_POLYGON_STIPPLE:
-    case GL_SCISSOR_TEST:
-    case GL_TEXTURE_1D:
-        return true;
-    default:
-        return (name >= GL_CLIP_PLANE0 && name <= GL_CLIP_PLANE5) ||
-               (name >= GL_MAP1_COLOR_4 && name <= GL_MAP1_VERTEX_4) ||
-               (name >= GL_MAP2_COLOR_4 && name <= GL_MAP2_VERTEX_4) ||
-               (name >= GL_TEXTURE_GEN_S && name <= GL_TEXTURE_GEN_Q);
-    }
-}
 
 bool is_blend_factor(GLenum factor) {
     return factor == GL_ZERO || factor == GL_ONE ||
@@ -65,30 +38,6 @@ bool is_stencil_operation(GLenum operation) {
     }
 }
 
-// The member that a capability switches; null if it is none of them.
-GLint* switch_of(GLenum capability) {
-    switch (capability) {
-    case GL_BLEND:
-        return &g_state.blend;
-    case GL_CULL_FACE:
-        return &g_state.cull;
-    case GL_DEPTH_TEST:
-        return &g_state.depth_test;
-    case GL_FOG:
-        return &g_state.fog;
-    case GL_LIGHTING:
-        return &g_state.lighting;
-    case GL_NORMALIZE:
-        return &g_state.normalize;
-    case GL_STENCIL_TEST:
-        return &g_state.stencil_test;
-    case GL_TEXTURE_2D:
-        return &g_state.texturing;
-    default:
-        return nullptr;
-    }
-}
-
 } // namespace
 
 const State& state() { return g_state; }
@@ -105,20 +54,6 @@ bool take_state_changed() {
 }
 
 const GLfloat* clear_color() { return g_clear_color; }
-
-void enable(GLenum capability, bool on) {
-    if (!outside_begin()) return;
-    if (GLint* member = switch_of(capability)) {
-        *member = on;
-        g_changed = true;
-        return;
-    }
-    if (capability >= GL_LIGHT0 && capability <= GL_LIGHT7) return enable_light(capability, on);
-    if (capability == GL_COLOR_MATERIAL) return enable_color_material(on);
-    if (capability == GL_DITHER) return; // colours have eight bits: not seen
-    if (!is_unsupported_capability(capability)) return set_error(GL_INVALID_ENUM);
-    if (on) report_missing("glEnable of what neither the show nor GLU enables");
-}
 
 void blend_func(GLenum source, GLenum destination) {
     if (!outside_begin()) return;

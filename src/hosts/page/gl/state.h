@@ -51,7 +51,6 @@ bool take_state_changed();
 const GLfloat* clear_color();
 
 // Commands.
-void enable(GLenum capability, bool on);
 void blend_func(GLenum source, GLenum destination);
 void depth_func(GLenum function);
 void depth_mask(GLboolean write);

@@ -6,6 +6,7 @@
 #include <map>
 #include <vector>
 
+#include "hosts/page/gl/driver.h"
 #include "hosts/page/gl/errors.h"
 #include "hosts/page/gl/renderer.h"
 
@@ -29,7 +30,7 @@ struct Texture {
     Level levels[kMostLevels] = {};
     GLenum minification = GL_NEAREST_MIPMAP_LINEAR, magnification = GL_LINEAR;
     GLenum wrap_s = GL_REPEAT, wrap_t = GL_REPEAT;
-    PixelBox copied = {}; // the size of level 0 in the driver, if it was copied from the framebuffer
+    common::Box copied = {}; // the size of level 0 in the driver, if it was copied from the framebuffer
 };
 
 struct PixelStore {
@@ -318,8 +319,8 @@ void copy_tex_image(GLenum target, GLint level, GLenum internal_format, GLint x,
     }
     draw_queue();
     bind_driver_texture(g_texture->driver_name);
-    const PixelBox box = to_pixels(x, y, width, height);
-    const PixelBox& old = g_texture->copied;
+    const common::Box box = to_pixels(x, y, width, height);
+    const common::Box& old = g_texture->copied;
     const Level& before = g_texture->levels[level];
     const GLenum format = driver_format(internal);
     const bool is_grey = format == GL_LUMINANCE || format == GL_LUMINANCE_ALPHA;
@@ -416,13 +417,17 @@ void get_tex_level_parameter(GLenum target, GLint level, GLenum name, GLint* val
 GLuint bound_texture() { return g_bound; }
 
 void reset_textures() {
-    for (const auto& [name, texture] : g_textures) {
-        if (texture.driver_name != 0) driver().DeleteTextures(1, &texture.driver_name);
-    }
     g_textures.clear();
     std::fill(g_proxy, g_proxy + kMostLevels, Level{});
     g_unpack = g_pack = {0, 0, 0, 0, 0, 4};
     bind(0);
+}
+
+void delete_textures() {
+    for (const auto& [name, texture] : g_textures) {
+        if (texture.driver_name != 0) driver().DeleteTextures(1, &texture.driver_name);
+    }
+    g_textures.clear();
 }
 
 } // namespace page::gl

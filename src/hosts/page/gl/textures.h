@@ -31,6 +31,9 @@ bool get_pixel_store(GLenum name, GLint& value);
 // The name that is bound.
 GLuint bound_texture();
 
+// The initial state, with one texture; the driver must be set.
 void reset_textures();
+
+void delete_textures();
 
 } // namespace page::gl
