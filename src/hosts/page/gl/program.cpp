@@ -27,7 +27,7 @@ layout(location = 2) in vec4 a_normal_t;
 layout(location = 3) in vec4 a_color;
 
 uniform ivec4 u_switches;      // lighting, normalize, points, environment
-uniform vec4 u_points[2];      // viewport in pixels; size in pixels, a whole number
+uniform vec4 u_points[2];      // width and height of the viewport in pixels (z, w); size in pixels, a whole number
 uniform vec4 u_lighting[58];
 
 VARYING out vec4 v_color;
@@ -211,7 +211,7 @@ void main() {
 }
 )";
 
-// A shader of that kind; 0, with a report, where the driver cannot compile it.
+// A shader of that kind. Whether it could be compiled, linking tells.
 GLuint compiled(GLenum kind, const char* definitions, const char* source) {
     const GLuint shader = driver().CreateShader(kind);
     const char* parts[] = {kHead, definitions, source};
@@ -287,36 +287,40 @@ void Program::release() {
     *this = Program();
 }
 
-void Program::use(const State& s, const common::Box& viewport, GLfloat point_size) {
-    driver().UseProgram(name_);
-    const bool same = has_state_ && std::memcmp(&s, &state_, sizeof s) == 0 &&
-                      std::memcmp(&viewport, &viewport_, sizeof viewport) == 0 && point_size == point_size_;
-    if (same) return;
-    has_state_ = true;
-    state_ = s;
-    viewport_ = viewport;
-    point_size_ = point_size;
+void Program::bind() const { driver().UseProgram(name_); }
 
-    const GLint switches[] = {s.lighting, s.normalize, point_size > 0, environment_number(s)};
-    driver().Uniform4iv(switches_, 1, switches);
-    const GLint texture[] = {s.texture_parts, s.border_axes, s.border_when, levels_number(s.minification)};
-    driver().Uniform4iv(texture_, 1, texture);
-    GLfloat fog[4] = {};
+void Program::set_state(const State& s, const common::Box& viewport, GLfloat point_size) {
+    Values wanted = {{s.lighting, s.normalize, point_size > 0, environment_number(s)},
+                     {s.texture_parts, s.border_axes, s.border_when, levels_number(s.minification)},
+                     {},
+                     {},
+                     {}};
     if (s.fog && s.fog_mode == GL_LINEAR) {
         const GLfloat scale = s.fog_start == s.fog_end ? 1.0f : 1.0f / (s.fog_end - s.fog_start);
-        fog[0] = 1;
-        fog[1] = -scale;
-        fog[2] = s.fog_end * scale;
+        wanted.fog[0] = 1;
+        wanted.fog[1] = -scale;
+        wanted.fog[2] = s.fog_end * scale;
     } else if (s.fog) {
-        fog[0] = s.fog_mode == GL_EXP ? 2.0f : 3.0f;
-        fog[1] = s.fog_density;
+        wanted.fog[0] = s.fog_mode == GL_EXP ? 2.0f : 3.0f;
+        wanted.fog[1] = s.fog_density;
     }
-    driver().Uniform4fv(fog_, 1, fog);
-    driver().Uniform4fv(fog_color_, 1, s.fog_color);
-    const GLfloat points[8] = {static_cast<GLfloat>(viewport.x), static_cast<GLfloat>(viewport.y),
-                               static_cast<GLfloat>(viewport.width), static_cast<GLfloat>(viewport.height),
-                               point_size};
-    driver().Uniform4fv(points_, 2, points);
+    if (s.fog) std::copy(s.fog_color, s.fog_color + 4, wanted.fog_color);
+    if (point_size > 0) {
+        wanted.points[2] = static_cast<GLfloat>(viewport.width);
+        wanted.points[3] = static_cast<GLfloat>(viewport.height);
+        wanted.points[4] = point_size;
+    }
+    const auto update = [](const auto& from, auto& to, auto upload) {
+        if (std::memcmp(&from, &to, sizeof from) == 0) return;
+        std::memcpy(&to, &from, sizeof from);
+        upload();
+    };
+    update(wanted.switches, values_.switches, [&] { driver().Uniform4iv(switches_, 1, values_.switches); });
+    update(wanted.texture, values_.texture, [&] { driver().Uniform4iv(texture_, 1, values_.texture); });
+    update(wanted.fog, values_.fog, [&] { driver().Uniform4fv(fog_, 1, values_.fog); });
+    update(wanted.fog_color, values_.fog_color,
+           [&] { driver().Uniform4fv(fog_color_, 1, values_.fog_color); });
+    update(wanted.points, values_.points, [&] { driver().Uniform4fv(points_, 2, values_.points); });
 }
 
 void Program::set_lighting(const LightingBlock& block, unsigned number) {

@@ -22,13 +22,16 @@ GLuint g_framebuffer, g_color_buffer, g_depth_buffer;
 // Where the queue's vertices and indices go.
 GLuint g_vertex_array, g_vertex_buffer, g_index_buffer;
 
-Program g_programs[4];  // by the two bits of a variant
-unsigned g_lights_seen; // number of the last lights and materials that were drawn with, 1 and up
+Program g_programs[4];    // by the two bits of a variant
+const Program* g_program; // the one that is bound
+unsigned g_lights_seen;   // number of the last lights and materials that were drawn with, 1 and up
 
 // What the driver has been told, so as not to repeat it.
 State g_applied;
 bool g_has_applied;
 GLuint g_bound_texture;
+
+GLint g_most_texture_size;
 
 // Makes the framebuffer's buffers of the current size.
 bool make_buffers() {
@@ -146,7 +149,9 @@ void draw(const Item& item) {
     Program& program = g_programs[(s.flat ? 1 : 0) + (s.two_sided ? 2 : 0)];
     if (!program.exists() && !program.make({s.flat != 0, s.two_sided != 0})) return;
     const common::Box viewport = to_pixels(s.viewport[0], s.viewport[1], s.viewport[2], s.viewport[3]);
-    program.use(s, viewport, item.topology == GL_POINTS ? pixel_point_size(s.point_size) : 0);
+    if (&program != g_program) program.bind();
+    g_program = &program;
+    program.set_state(s, viewport, item.topology == GL_POINTS ? pixel_point_size(s.point_size) : 0);
     if (s.lighting)
         program.set_lighting(g_queue.lighting[item.lighting],
                              g_lights_seen + 1 + static_cast<unsigned>(item.lighting));
@@ -191,11 +196,7 @@ common::Box to_pixels(GLint x, GLint y, GLint width, GLint height) {
     return {across(x), up(y), across(x + width) - across(x), up(y + height) - up(y)};
 }
 
-GLint most_texture_size() {
-    GLint size = 0;
-    driver().GetIntegerv(GL_MAX_TEXTURE_SIZE, &size);
-    return size;
-}
+GLint most_texture_size() { return g_most_texture_size; }
 
 void bind_driver_texture(GLuint texture) {
     if (texture == g_bound_texture) return;
@@ -209,6 +210,8 @@ bool start_renderer(int width, int height) {
     g_has_applied = false;
     g_bound_texture = 0;
     g_lights_seen = 0;
+    g_program = nullptr;
+    driver().GetIntegerv(GL_MAX_TEXTURE_SIZE, &g_most_texture_size); // the driver may take long to answer
     g_queue = {};
     driver().GenFramebuffers(1, &g_framebuffer);
     if (!make_buffers()) return false;

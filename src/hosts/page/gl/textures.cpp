@@ -195,6 +195,38 @@ bool is_wrap(GLenum wrap) {
     return wrap == GL_CLAMP || wrap == GL_REPEAT || wrap == GL_CLAMP_TO_EDGE || wrap == GL_MIRRORED_REPEAT;
 }
 
+// The member of a glPixelStore name; null if it is none.
+GLint* pixel_store_member(GLenum name) {
+    switch (name) {
+    case GL_UNPACK_SWAP_BYTES:
+        return &g_unpack.swap_bytes;
+    case GL_UNPACK_LSB_FIRST:
+        return &g_unpack.lsb_first;
+    case GL_UNPACK_ROW_LENGTH:
+        return &g_unpack.row_length;
+    case GL_UNPACK_SKIP_ROWS:
+        return &g_unpack.skip_rows;
+    case GL_UNPACK_SKIP_PIXELS:
+        return &g_unpack.skip_pixels;
+    case GL_UNPACK_ALIGNMENT:
+        return &g_unpack.alignment;
+    case GL_PACK_SWAP_BYTES:
+        return &g_pack.swap_bytes;
+    case GL_PACK_LSB_FIRST:
+        return &g_pack.lsb_first;
+    case GL_PACK_ROW_LENGTH:
+        return &g_pack.row_length;
+    case GL_PACK_SKIP_ROWS:
+        return &g_pack.skip_rows;
+    case GL_PACK_SKIP_PIXELS:
+        return &g_pack.skip_pixels;
+    case GL_PACK_ALIGNMENT:
+        return &g_pack.alignment;
+    default:
+        return nullptr;
+    }
+}
+
 } // namespace
 
 void fill_texture_state(State& s) {
@@ -335,42 +367,6 @@ void copy_tex_image(GLenum target, GLint level, GLenum internal_format, GLint x,
     g_texture->levels[level] = {width, height, internal, parts};
     change_state();
 }
-
-namespace {
-
-// The member of a glPixelStore name; null if it is none.
-GLint* pixel_store_member(GLenum name) {
-    switch (name) {
-    case GL_UNPACK_SWAP_BYTES:
-        return &g_unpack.swap_bytes;
-    case GL_UNPACK_LSB_FIRST:
-        return &g_unpack.lsb_first;
-    case GL_UNPACK_ROW_LENGTH:
-        return &g_unpack.row_length;
-    case GL_UNPACK_SKIP_ROWS:
-        return &g_unpack.skip_rows;
-    case GL_UNPACK_SKIP_PIXELS:
-        return &g_unpack.skip_pixels;
-    case GL_UNPACK_ALIGNMENT:
-        return &g_unpack.alignment;
-    case GL_PACK_SWAP_BYTES:
-        return &g_pack.swap_bytes;
-    case GL_PACK_LSB_FIRST:
-        return &g_pack.lsb_first;
-    case GL_PACK_ROW_LENGTH:
-        return &g_pack.row_length;
-    case GL_PACK_SKIP_ROWS:
-        return &g_pack.skip_rows;
-    case GL_PACK_SKIP_PIXELS:
-        return &g_pack.skip_pixels;
-    case GL_PACK_ALIGNMENT:
-        return &g_pack.alignment;
-    default:
-        return nullptr;
-    }
-}
-
-} // namespace
 
 void pixel_store(GLenum name, GLint value) {
     if (!outside_begin()) return;
