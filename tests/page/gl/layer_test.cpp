@@ -573,6 +573,8 @@ TEST(LayerLists, KeepCommandsUntilTheyAreCalled) {
         const GLuint list = gl.glGenLists(2);
         gl.glNewList(list, GL_COMPILE);
         gl.glRotatef(20, 0, 0, 1);
+        const double half[16] = {0.5, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, 1};
+        gl.glMultMatrixd(half);
         gl.glColor3f(0, 1, 0);
         draw_plane(gl, 2);
         gl.glEndList();

@@ -13,9 +13,9 @@ namespace {
 
 constexpr int kMostNested = 64;
 
-struct alignas(8) Header {
+struct alignas(kCommandAlignment) Header {
     void (*run)(const void* command);
-    std::size_t bytes; // of the command, which follows; a multiple of the header's alignment
+    std::size_t bytes; // of the command, which follows, and the gap behind it
 };
 
 // Headers, each followed by its command.
@@ -29,7 +29,7 @@ int g_nested = 0;
 } // namespace
 
 void* keep_command(void (*run)(const void* command), std::size_t bytes) {
-    const Header header = {run, (bytes + alignof(Header) - 1) / alignof(Header) * alignof(Header)};
+    const Header header = {run, (bytes + kCommandAlignment - 1) / kCommandAlignment * kCommandAlignment};
     const std::size_t at = g_list.size();
     g_list.resize(at + sizeof header + header.bytes);
     std::memcpy(g_list.data() + at, &header, sizeof header);

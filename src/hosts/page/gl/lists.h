@@ -3,6 +3,7 @@
 
 #include <GL/gl.h>
 
+#include <cstddef>
 #include <cstring>
 #include <type_traits>
 
@@ -11,6 +12,8 @@ namespace page::gl {
 // Commands are kept in the list being compiled, and executed now or only when the list is called.
 enum class Compiling { no, only, and_executing };
 extern Compiling g_compiling;
+
+constexpr std::size_t kCommandAlignment = 16;
 
 // Room for a command of that many bytes, in the list being compiled; `run` executes the command at the address it gets.
 void* keep_command(void (*run)(const void* command), std::size_t bytes);
@@ -21,7 +24,7 @@ inline void issue(Values... values) {
     if (g_compiling != Compiling::no) {
         const auto command = [=] { function(values...); };
         using Command = std::remove_const_t<decltype(command)>;
-        static_assert(std::is_trivially_copyable_v<Command>);
+        static_assert(std::is_trivially_copyable_v<Command> && alignof(Command) <= kCommandAlignment);
         void* place =
             keep_command([](const void* kept) { (*static_cast<const Command*>(kept))(); }, sizeof command);
         std::memcpy(place, &command, sizeof command);
