@@ -10,7 +10,7 @@ const read = (name) => fs.readFileSync(path.join(site, name));
 
 test("all files are there, and no others", () => {
     assert.deepStrictEqual(fs.readdirSync(site).sort(), [
-        "Arial", "Vera.ttf", "icon.svg", "index.html", "licenses", "skav.js", "skav.wasm", "zev.mp3", "zev_voc.mp3",
+        "Arial", "Vera.ttf", "icon.png", "index.html", "licenses", "skav.js", "skav.wasm", "zev.mp3", "zev_voc.mp3",
     ]);
     for (const [, name] of read("skav.js").toString().matchAll(/href="(licenses\/[^"]+)"/g)) {
         assert.ok(read(name).length > 0, name);

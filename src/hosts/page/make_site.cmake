@@ -1,11 +1,12 @@
-# Puts together the folder SITE that a web server offers: the page from WEB, PROGRAM.js and PROGRAM.wasm, and the show's
-# files from DATA. The licences of what is in the program come from LICENSE and from the libraries' SOURCES.
+# Puts together the folder SITE that a web server offers: the page from WEB with its ICON, PROGRAM.js and PROGRAM.wasm,
+# and the show's files from DATA. The licences of what is in the program come from LICENSE and from the libraries' SOURCES.
 file(REMOVE_RECURSE ${SITE})
 file(MAKE_DIRECTORY ${SITE}/licenses)
 
 set(files zev.mp3 zev_voc.mp3 Vera.ttf Arial)
 list(TRANSFORM files PREPEND ${DATA}/ OUTPUT_VARIABLE paths)
-file(COPY ${paths} ${PROGRAM}.wasm ${WEB}/index.html ${WEB}/icon.svg DESTINATION ${SITE})
+file(COPY ${paths} ${PROGRAM}.wasm ${WEB}/index.html DESTINATION ${SITE})
+file(COPY_FILE ${ICON} ${SITE}/icon.png)
 
 # One script: the program's, then the page's own. Files may be sent compressed, so the page has to know their sizes to
 # say how much of them has come.
