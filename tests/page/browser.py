@@ -2,6 +2,7 @@
 
 import functools
 import http.server
+import os
 import pathlib
 import tempfile
 import threading
@@ -10,6 +11,8 @@ from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.support.ui import WebDriverWait
+
+os.environ["no_proxy"] = "127.0.0.1,localhost"  # nothing here leaves this machine
 
 PATIENCE = 120  # seconds for whatever is waited for: it decides only how long a failure takes
 
