@@ -155,9 +155,10 @@ float image_share(vec2 place, float level) {
     return share;
 }
 
-// A sample of one level; the image is sampled as if its edge went on.
-vec4 level_sample(vec2 place, float level, vec4 border) {
-    return mix(border, textureLod(u_image, place, level), image_share(place, level));
+// A sample of one level; the image is sampled as if its edge went on. The border is black and clear; where a texture
+// has no alpha, none is used.
+vec4 level_sample(vec2 place, float level) {
+    return textureLod(u_image, place, level) * image_share(place, level);
 }
 
 // A sample with GL_CLAMP: coordinates end at 0 and 1, where half of an interpolated sample is border.
@@ -165,19 +166,18 @@ vec4 bordered_sample(vec2 place) {
     if ((u_texture.y & 1) != 0) place.x = clamp(place.x, 0.0, 1.0);
     if ((u_texture.y & 2) != 0) place.y = clamp(place.y, 0.0, 1.0);
     vec4 plain = texture(u_image, place);
-    vec4 border = vec4(0.0, 0.0, 0.0, (u_texture.x & 2) != 0 ? 0.0 : 1.0);
     vec2 size = vec2(textureSize(u_image, 0));
     vec2 across = dFdx(v_s_t_fog.xy) * size, up = dFdy(v_s_t_fog.xy) * size;
     float level = 0.5 * log2(max(dot(across, across), dot(up, up)));
-    if (level <= 0.0) return (u_texture.z & 1) != 0 ? mix(border, plain, image_share(place, 0.0)) : plain;
+    if (level <= 0.0) return (u_texture.z & 1) != 0 ? plain * image_share(place, 0.0) : plain;
     if ((u_texture.z & 2) == 0) return plain;
-    if (u_texture.w == 0) return mix(border, plain, image_share(place, 0.0));
+    if (u_texture.w == 0) return plain * image_share(place, 0.0);
     float last = floor(log2(max(size.x, size.y)) + 0.5);
     level = min(level, last);
-    if (u_texture.w == 1) return level_sample(place, floor(level + 0.5), border);
+    if (u_texture.w == 1) return level_sample(place, floor(level + 0.5));
     float low = floor(level), high = min(low + 1.0, last);
     if (image_share(place, high) == 1.0 && image_share(place, low) == 1.0) return plain;
-    return mix(level_sample(place, low, border), level_sample(place, high, border), level - low);
+    return mix(level_sample(place, low), level_sample(place, high), level - low);
 }
 
 vec4 textured(vec4 before) {
