@@ -7,7 +7,8 @@
 //     glBegin(GL_QUADS); ...                                   // the show
 //     page::gl::present();                                     // at glutSwapBuffers
 //
-// One context, one thread. A call that the layer does not know, or not in this form, is reported once and has no effect.
+// One context, one thread. A call that the layer does not know, or not in this form, is reported once and has no
+// effect.
 #pragma once
 
 namespace page::gl {

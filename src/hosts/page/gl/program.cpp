@@ -132,8 +132,10 @@ VARYING in vec4 v_back_color;
 #endif
 in vec3 v_s_t_fog;
 
-uniform ivec4 u_switches; // lighting, normalize, points; texture environment: 0 none, 1 modulate, 2 decal, 3 blend, 4 replace
-uniform ivec4 u_texture;  // parts, axes with a border, when the border is reached, levels: 0 one, 1 nearest, 2 interpolated
+// Lighting, normalize, points; texture environment: 0 none, 1 modulate, 2 decal, 3 blend, 4 replace.
+uniform ivec4 u_switches;
+// Parts, axes with a border, when the border is reached; levels: 0 one, 1 the nearest, 2 interpolated.
+uniform ivec4 u_texture;
 uniform vec4 u_fog;       // 0 none, 1 linear, 2 exponential, 3 of the square; factors
 uniform vec4 u_fog_color;
 uniform sampler2D u_image;

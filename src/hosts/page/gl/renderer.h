@@ -7,8 +7,8 @@
 
 namespace page::gl {
 
-// Makes the framebuffer, the buffers and the first program, in the driver's context. False, with a report, if that cannot
-// do it.
+// Makes the framebuffer, the buffers and the first program, in the driver's context. False, with a report, if that
+// cannot do it.
 bool start_renderer(int width, int height);
 void stop_renderer();
 
