@@ -256,6 +256,15 @@ class PageTest(unittest.TestCase):
         browser.wait("document.body.dataset.state === 'failed'")
         self.assertIn("zev.mp3", browser.text("message"))
 
+    def test_a_program_that_is_none_is_named(self):
+        size = pathlib.Path(SITE, "skav.wasm").stat().st_size
+        self.server.broken = {"skav.wasm": bytes(size)}
+        browser = self.browser()
+        browser.open(self.server.address)
+        browser.wait("document.body.dataset.state === 'failed'")
+        self.assertIn("skav.wasm", browser.text("message"))
+        self.assertEqual(browser.text("again"), "", "nothing can be started")
+
     def test_music_that_is_none_is_named(self):
         size = pathlib.Path(SITE, "zev.mp3").stat().st_size
         self.server.broken = {"zev.mp3": bytes(size)}

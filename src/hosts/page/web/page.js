@@ -11,6 +11,7 @@ class Page {
         const parameters = new URLSearchParams(location.search);
         this.begin = Math.max(0, Number(parameters.get("t")) || 0) * 1000; // ms of show time
         this.byFrames = parameters.get("clock") === "frames";
+        this.loaded = false;
         this.music = null;
         this.context = null; // of the sound
         this.performer = null;
@@ -124,9 +125,10 @@ class Page {
         this.showProgress();
         const pieces = {};
         const [module] = await Promise.all([
-            WebAssembly.compile(files["skav.wasm"]),
+            compile("skav.wasm", files),
             ...["zev.mp3", "zev_voc.mp3"].map(async (name) => (pieces[name] = await decode(name, files[name]))),
         ]);
+        this.loaded = true;
         if (this.state === "loading") this.setState("ready");
         return { module, pieces, fonts: { "Vera.ttf": files["Vera.ttf"], Arial: files.Arial } };
     }
@@ -244,7 +246,7 @@ class Page {
             this.performer = this.performer || (await this.connect());
             this.play(module, fonts, pieces);
         } catch (problem) {
-            this.fail(Array.isArray(problem) ? problem : ["crashed", problem]);
+            this.fail(problem);
         }
     }
 
@@ -319,9 +321,10 @@ class Page {
         if (this.context && this.context.state !== "running") this.context.resume().catch(() => {});
     }
 
+    // problem: the name of a text and its parts, or an error that nobody has foreseen.
     fail(problem) {
-        this.canStart = ["lost", "crashed"].includes(problem[0]);
-        this.problem = problem;
+        this.problem = Array.isArray(problem) ? problem : ["crashed", problem];
+        this.canStart = this.loaded;
         this.finish("failed");
     }
 
@@ -370,6 +373,14 @@ function megabytes(bytes) {
 
 function isBrowserNewEnough() {
     return ["WebAssembly", "AudioContext", "OfflineAudioContext", "ReadableStream"].every((name) => name in window);
+}
+
+async function compile(name, files) {
+    try {
+        return await WebAssembly.compile(files[name]);
+    } catch (error) {
+        throw ["missing", name]; // it is another file, or a broken one
+    }
 }
 
 async function decode(name, bytes) {
