@@ -64,14 +64,13 @@ TEST_F(DeviceTest, WithoutOneASoundStartsAtOnceAndCanBeMovedAndReplaced) {
     EXPECT_LE(after.position, 4002 + (after.after - moved) * 1000);
     EXPECT_EQ(FMOD_Channel_SetPosition(channel, 5001, FMOD_TIMEUNIT_MS), FMOD_ERR_INVALID_POSITION);
     EXPECT_GE(poll(channel).position, 4000u);
-    const double released = desktop::steady_seconds();
     ASSERT_EQ(FMOD_Sound_Release(sound), FMOD_OK);
     channel = play_sound(system, open_sound(system, path_));
     const Poll first = poll(channel);
-    const double taken_ms = (first.after - released) * 1000; // is made up for
-    EXPECT_LE(first.position, 2 + taken_ms);
+    const double late_ms = (first.after - moved) * 1000; // at most: what the two changes took is made up for
+    EXPECT_LE(first.position, 2 + late_ms);
     poll_for(channel, 30, 0.001, 1);
-    expect_steady(poll_for(channel, 1), taken_ms);
+    expect_steady(poll_for(channel, 1), late_ms);
 }
 
 TEST_F(DeviceTest, ThatDiesWhilePlayingLetsThePositionGoOn) {
