@@ -168,7 +168,7 @@ test_quick_tests_one_build_without_real_time)
     call test --quick -R Timeline </dev/null
     expect_status 0
     expect_in log "ctest --preset ci"
-    expect_in log "--label-exclude realtime|long -R Timeline"
+    expect_in log "--label-exclude realtime|long --parallel $(nproc) -R Timeline"
     expect_not_in log sanitize
     ;;
 test_prints_the_list_without_the_right_to_install)
