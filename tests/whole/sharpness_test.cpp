@@ -3,25 +3,15 @@
 
 namespace {
 
-// The red values of a screen, if all its rows are alike.
-std::vector<int> columns(const Pixels& picture) {
-    std::vector<int> reds;
-    for (int x = 0; x < picture.width(); ++x) reds.push_back(picture.at(x, 0).red);
-    for (int y = 1; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            if (picture.at(x, y).red != reds[static_cast<std::size_t>(x)]) return {};
+// Whether a place on a screen shows `pattern` over and over in every row, each red value with a tolerance of 1.
+bool repeats(const Pixels& screen, const Place& place, const std::vector<int>& pattern) {
+    for (int y = 0; y < place.height; ++y) {
+        for (int x = 0; x < place.width; ++x) {
+            const int expected = pattern[static_cast<std::size_t>(x) % pattern.size()];
+            if (std::abs(screen.at(place.x + x, place.y + y).red - expected) > 1) return false;
         }
     }
-    return reds;
-}
-
-// Whether a screen shows `pattern` over and over, each value with a tolerance of 1.
-bool repeats(const Pixels& picture, const std::vector<int>& pattern) {
-    const std::vector<int> reds = columns(picture);
-    for (std::size_t i = 0; i < reds.size(); ++i) {
-        if (std::abs(reds[i] - pattern[i % pattern.size()]) > 1) return false;
-    }
-    return !reds.empty();
+    return true;
 }
 
 struct Case {
@@ -42,7 +32,9 @@ TEST_P(Sharpness, OfThePicture) {
     Command command = test_show(*server, "comb", GetParam().options);
     command.environment["TEST_RENDERER"] = GetParam().renderer;
     Process show(command);
-    EXPECT_TRUE(eventually([&] { return repeats(screen.picture(), GetParam().pattern); })) << show.errors();
+    const Place all = {0, 0, GetParam().width, GetParam().height};
+    EXPECT_TRUE(eventually([&] { return repeats(screen.picture(), all, GetParam().pattern); }))
+        << show.errors();
 }
 
 const std::string kCard = "a graphics card", kSoftware = "llvmpipe (LLVM 15.0.6, 256 bits)";
@@ -63,18 +55,26 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(Sharpness, FollowsTheWindow) {
     const auto server = DisplayServer::virtual_screen(2148, 1636);
     const Viewer screen(server->name());
-    Command command = test_show(*server, "picture", {"--window"});
+    Command command = test_show(*server, "comb", {"--window"});
     command.environment["TEST_RENDERER"] = kCard;
     Process show(command);
-    for (const int n : {1, 2, 1, 2}) {
-        if (screen.find_window("test-show") != None) {
-            screen.resize(screen.find_window("test-show"), 1024 * n, 768 * n);
-        }
-        EXPECT_TRUE(eventually([&] {
-            return shows_test_picture(screen.picture(), {100, 100, 1024 * n, 768 * n});
-        })) << n;
-    }
+    ASSERT_TRUE(eventually([&] { return repeats(screen.picture(), {100, 100, 1024, 768}, {255}); }));
+    screen.resize(screen.find_window("test-show"), 2048, 1536);
+    EXPECT_TRUE(eventually([&] { return repeats(screen.picture(), {100, 100, 2048, 1536}, {255, 0}); }));
+    screen.resize(screen.find_window("test-show"), 1024, 768);
+    EXPECT_TRUE(eventually([&] { return repeats(screen.picture(), {100, 100, 1024, 768}, {255}); }));
     EXPECT_EQ("reshape 1024 768\nframe\n", show.output());
+}
+
+// Viewports, copies to textures and depths; with as many pixels as the screen has, and averaged down.
+TEST(Sharpness, LeavesEverythingInItsPlace) {
+    for (const auto& [scale, n] : {std::pair("2", 2), std::pair("4", 1)}) {
+        const auto server = DisplayServer::virtual_screen(1024 * n, 768 * n);
+        const Viewer screen(server->name());
+        Process show(test_show(*server, "picture", {"--scale", scale}));
+        const Place all = {0, 0, 1024 * n, 768 * n};
+        EXPECT_TRUE(eventually([&] { return shows_test_picture(screen.picture(), all); })) << scale;
+    }
 }
 
 // Each swap at another multiple than the one before.
