@@ -48,7 +48,7 @@ fault_device_removed() {
     expect_heard 2
     pactl unload-module module-null-sink
     sleep 3
-    pactl load-module module-null-sink rate=44100 channels=2 sink_name=nothing
+    pactl load-module $null_sink
     expect_heard 2
     expect_positions 0
     end_by INT

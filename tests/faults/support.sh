@@ -124,7 +124,8 @@ start_server() {
     DISPLAY=:$(<"$work/display")
     export DISPLAY
 }
-virtual_screen() { start_server Xvfb -screen 0 1024x768x24 "$@"; }
+# Without -noreset it would start anew, and refuse a program that comes then, whenever its last client has gone.
+virtual_screen() { start_server Xvfb -noreset -screen 0 1024x768x24 "$@"; }
 
 # A real server, whose desktop has 1280x960 and which also knows the mode 1024x768.
 screen_with_modes() {
@@ -154,11 +155,14 @@ no_sound() {
     export PULSE_SERVER=unix:$work/pulse ALSA_CONFIG_PATH=$work/none JACK_NO_START_SERVER=1
 }
 
+# A device that while nobody plays does not render two seconds in advance, and so plays at once what comes.
+null_sink='module-null-sink rate=44100 channels=2 sink_name=nothing norewinds=1'
+
 # The sound server is process $pulse.
 start_sound() {
     no_sound
     background pulseaudio -n --daemonize=no --exit-idle-time=-1 --use-pid-file=no --disable-shm=yes --system=false \
-        -L 'module-null-sink rate=44100 channels=2 sink_name=nothing' \
+        -L "$null_sink" \
         -L "module-native-protocol-unix socket=$work/pulse auth-anonymous=1 auth-cookie-enabled=0" \
         >"$work/pulse.log" 2>&1
     pulse=$!

@@ -108,6 +108,7 @@ protected:
 
     // Plays the sound again in place of itself, `seconds` after it is stopped. late() goes on.
     void play_another(double seconds) {
+        look();
         output_.stop(now_);
         run(seconds);
         open();
@@ -424,6 +425,19 @@ TEST_F(OutputTest, WithoutADeviceTheTimeBetweenTwoSoundsIsMadeUpFor) {
     run(4);
     EXPECT_NEAR(late(), 0, 0.01);
     EXPECT_LT(most_step_, 2 * kStep);
+}
+
+TEST_F(OutputTest, ASoundThatIsPlayedLongAfterTheLastStepIsNotLate) {
+    devices_.no_device = true;
+    run(0.1);
+    now_ += 0.15;
+    play();
+    run(3);
+    EXPECT_NEAR(late(), 0, 0.001);
+    now_ += 0.15;
+    play_another(0);
+    run(3);
+    EXPECT_NEAR(late(), 0, 0.001);
 }
 
 TEST_F(OutputTest, ASoundThatIsPlayedLaterThanASecondAfterAnotherIsNotLate) {

@@ -64,11 +64,12 @@ void Output::run_clock(double now) const {
 void Output::play(StreamedSound& sound, double now) {
     begin_ = position_ = static_cast<double>(sound.begin());
     started_ = audible(now);
-    const double held = static_cast<double>(mixer_.handed_out()) - started_; // is heard first
+    // What is heard before the sound's first frame. Below 0 where nothing is heard, see position().
+    const double held = static_cast<double>(mixer_.handed_out()) - started_;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         const double since = ran_ - stopped_at_;
-        const double behind = since < kContinues ? behind_ + since * kRate : -held;
+        const double behind = since < kContinues ? behind_ + since * kRate - std::min(held, 0.0) : -held;
         playing_ = {++plays_, begin_, static_cast<double>(sound.length()), ran_ - behind / kRate};
     }
     mixer_.play(sound, plays_);
@@ -76,7 +77,9 @@ void Output::play(StreamedSound& sound, double now) {
 
 void Output::stop(double now) {
     if (mixer_.play_number() == 0) return;
-    const double here = position(now);
+    const double at = audible(now);
+    const std::optional<Segment> segment = mixer_.segments().at(at);
+    const double here = segment && segment->play == plays_ ? segment->music_at(at) : begin_;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         const bool ended = here >= playing_.length;
