@@ -191,10 +191,12 @@ test_installs_with_sudo)
     expect_in log "ctest --preset ci"
     expect_in log "ctest --preset sanitize"
     ;;
-run_passes_the_language_and_the_beginning_on)
+run_passes_its_options_on)
     call run --language auto --from 1:14 </dev/null
     expect_status 7
     expect_in out "played in data with: --strict --language auto --from 1:14 and "
+    call run --keep-mode --scale 2 --smooth --stats </dev/null
+    expect_in out "played in data with: --strict --keep-mode --scale 2 --smooth --stats and "
     unset DISPLAY
     call run --from 12 </dev/null
     expect_status 3
