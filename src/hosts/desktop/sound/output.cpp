@@ -24,6 +24,12 @@ constexpr double kMostBehind = 0.4 * kRate; // frames; with what it takes to not
 constexpr double kCatchUp = 0.5;            // seconds in which silence makes up for being behind, to 1/e
 constexpr std::uint64_t kBlock = 512;       // frames
 
+// How many frames too early the first segment of a sound begins: frames that nobody hears are taken a little late, so a
+// sound may seem to begin before it was played.
+double too_early(const Segment& segment, double begin, double started) {
+    return segment.music <= begin ? std::max(0.0, started - segment.device) : 0;
+}
+
 } // namespace
 
 Output::Output(Mixer& mixer, Devices& devices, double now)
@@ -64,22 +70,19 @@ void Output::run_clock(double now) const {
 void Output::play(StreamedSound& sound, double now) {
     begin_ = position_ = static_cast<double>(sound.begin());
     started_ = audible(now);
-    // What is heard before the sound's first frame. Below 0 where nothing is heard, see position().
-    const double held = static_cast<double>(mixer_.handed_out()) - started_;
+    const double held = std::max(0.0, static_cast<double>(mixer_.handed_out()) - started_); // is heard first
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         const double since = ran_ - stopped_at_;
-        const double behind = since < kContinues ? behind_ + since * kRate - std::min(held, 0.0) : -held;
-        playing_ = {++plays_, begin_, static_cast<double>(sound.length()), ran_ - behind / kRate};
+        const double behind = since < kContinues ? behind_ + since * kRate : -held;
+        playing_ = {++plays_, begin_, static_cast<double>(sound.length()), started_, ran_ - behind / kRate};
     }
     mixer_.play(sound, plays_);
 }
 
 void Output::stop(double now) {
     if (mixer_.play_number() == 0) return;
-    const double at = audible(now);
-    const std::optional<Segment> segment = mixer_.segments().at(at);
-    const double here = segment && segment->play == plays_ ? segment->music_at(at) : begin_;
+    const double here = position(now);
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         const bool ended = here >= playing_.length;
@@ -94,10 +97,7 @@ double Output::position(double now) {
     const double here = audible(now);
     const std::optional<Segment> segment = mixer_.segments().at(here);
     if (!segment || segment->play != plays_) return position_;
-    double heard = segment->music_at(here);
-    // Frames that nobody hears are taken a little late, so a sound may seem to begin before it was played.
-    if (segment->music <= begin_) heard = std::min(heard, begin_ + here - started_);
-    return position_ = std::max(position_, heard);
+    return position_ = std::max(position_, segment->music_at(here) - too_early(*segment, begin_, started_));
 }
 
 void Output::step(double now) {
@@ -235,9 +235,11 @@ Output::Progress Output::progress(double now) const {
     const std::lock_guard<std::mutex> lock(mutex_);
     const Playing& p = playing_;
     if (p.number == 0) return {0, 0, 0};
-    const double next = segment && segment->play == p.number ? segment->music_at(handed_out) : p.begin;
-    const double due = std::min(p.begin + (ran_ - p.due) * kRate, p.length);
-    return {p.number, next, due - (next - (handed_out - here))};
+    const bool begun = segment && segment->play == p.number;
+    const Segment last = begun ? *segment : Segment{handed_out, p.begin, p.number, false};
+    const double next = last.music_at(handed_out);
+    const double heard = next - (handed_out - here) - too_early(last, p.begin, p.started);
+    return {p.number, next, std::min(p.begin + (ran_ - p.due) * kRate, p.length) - heard};
 }
 
 // Takes what nobody hears from the mixer, up to the frame `until`.

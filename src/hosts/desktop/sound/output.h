@@ -96,7 +96,8 @@ private:
         std::uint64_t number = 0; // the mixer's; 0 for nothing
         double begin = 0;         // frames
         double length = 0;
-        double due = 0; // time of the process at which the frame `begin` should be audible
+        double started = 0; // the mixer's frame that was audible when it was played
+        double due = 0;     // time of the process at which the frame `begin` should be audible
     };
 
     // How a play is getting on.
@@ -117,7 +118,7 @@ private:
     // The controlling thread's.
     std::uint64_t plays_ = 0;
     double begin_ = 0;    // of the sound last played
-    double started_ = 0;  // the mixer's frame that was audible then
+    double started_ = 0;  // as Playing::started
     double position_ = 0; // last returned
     double behind_ = 0;   // frames that the last play was behind when it was stopped
     double stopped_at_;   // time of the process then
