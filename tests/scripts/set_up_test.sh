@@ -75,7 +75,7 @@ fail() {
     exit 1
 }
 call() {
-    (cd / && "$work/tree/$@") >"$work/out" 2>"$work/err"
+    (cd "$work" && "$work/tree/$@") >"$work/out" 2>"$work/err"
     status=$?
 }
 expect_status() { [ "$status" = "$1" ] || fail "status $1 expected"; }
@@ -302,6 +302,15 @@ release_makes_everything_with_its_checksums)
     [ "$(cat skav-2.5.0-page.zip)" = index.html ] || fail "the page is not in its archive"
     expect_in log "page --build"
     expect_in log "lintian --allow-root --fail-on error,warning"
+    ;;
+release_takes_a_folder_that_is_no_source)
+    release_of '2.5.0, 2030-01-31'
+    call packaging/release --trial tree/published </dev/null
+    expect_status 1
+    expect_in err "lies among the sources"
+    call packaging/release --trial published </dev/null
+    expect_status 0
+    [ -s "$work/published/SHA256SUMS" ] || fail "not in the folder that was named"
     ;;
 release_goes_on_where_it_was_interrupted)
     release_of '2.5.0, 2030-01-31'
