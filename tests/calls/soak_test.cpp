@@ -6,36 +6,13 @@
 
 #include <cstring>
 
+#include "tests/calls/hash.h"
 #include "tests/calls/run.h"
 
 namespace {
 
 constexpr int kShows = 20;
 constexpr unsigned kFrameMs = 1000;
-
-// FNV-1a over everything that is put in.
-class Hash {
-public:
-    void add(const void* data, std::size_t size) {
-        const auto* bytes = static_cast<const unsigned char*>(data);
-        for (std::size_t i = 0; i < size; ++i) value_ = (value_ ^ bytes[i]) * 1099511628211u;
-    }
-    void add(const recording::Call& call) {
-        add(call.name.data(), call.name.size() + 1);
-        for (const recording::Argument& argument : call.arguments) {
-            if (const double* number = std::get_if<double>(&argument)) {
-                add(number, sizeof *number);
-            } else {
-                const std::string& text = std::get<std::string>(argument);
-                add(text.data(), text.size() + 1);
-            }
-        }
-    }
-    std::uint64_t value() const { return value_; }
-
-private:
-    std::uint64_t value_ = 14695981039346656037u;
-};
 
 // What is left of a whole show.
 struct Result {

@@ -63,10 +63,11 @@ TEST_F(ShowFiles, OfTheShowAreWithoutAProblem) {
 TEST_F(ShowFiles, AreAllNamedWhenTheFolderIsWrong) {
     const auto problems = common::show_file_problems("/nowhere");
     ASSERT_EQ(problems.size(), 4u);
-    EXPECT_EQ(to_line(problems[0]),
-              "zev.mp3: /nowhere/zev.mp3 is missing: the show stands still or falls silent before 74 s. "
-              "Name the folder of "
-              "the show's files with --data, or put the file there (in a checkout: git checkout -- data/zev.mp3).");
+    EXPECT_EQ(
+        to_line(problems[0]),
+        "zev.mp3: /nowhere/zev.mp3 is missing: the show stands still or falls silent before 74 s. "
+        "Name the folder of "
+        "the show's files with --data, or put the file there (in a checkout: git checkout -- data/zev.mp3).");
     for (const common::FileProblem& problem : problems) EXPECT_EQ(problem.problem, "is missing");
 }
 

@@ -17,9 +17,10 @@
     F(glClear)                                                                                               \
     F(glClearColor)                                                                                          \
     F(glColor3f)                                                                                             \
-    F(glColor4f) F(glColorMask) F(glColorMaterial) F(glCopyTexImage2D) F(glCullFace) F(glDepthFunc)          \
-        F(glDepthMask) F(glDisable) F(glEnable) F(glEnd) F(glEndList) F(glFlush) F(glFogf) F(glFogfv)        \
-            F(glFogi) F(glGenLists) F(glGenTextures) F(glGetError) F(glGetFloatv) F(glGetIntegerv)           \
+    F(glColor4f)                                                                                             \
+    F(glColorMask) F(glColorMaterial) F(glCopyTexImage2D) F(glCullFace) F(glDepthFunc) F(glDepthMask)        \
+        F(glDisable) F(glEnable) F(glEnd) F(glEndList) F(glFlush) F(glFogf) F(glFogfv) F(glFogi)             \
+            F(glGenLists) F(glGenTextures) F(glGetError) F(glGetFloatv) F(glGetIntegerv)                     \
                 F(glGetTexLevelParameteriv) F(glHint) F(glLightModelfv) F(glLightModeli) F(glLightfv)        \
                     F(glLoadIdentity) F(glMaterialfv) F(glMateriali) F(glMatrixMode) F(glMultMatrixd)        \
                         F(glNewList) F(glNormal3d) F(glOrtho) F(glPixelStorei) F(glPointSize) F(glPopMatrix) \
