@@ -20,6 +20,7 @@ constexpr double kRate = 44100;
 constexpr std::int64_t kPiece = 512;   // frames of a piece that is looked for
 constexpr std::int64_t kStride = 2205; // from one piece to the next: 50 ms
 constexpr std::int64_t kReach = 6615;  // how far around the told place: 150 ms
+constexpr int kLeastPieces = 8;        // that count: less says nothing
 
 // A program loads for a while before it plays. A sound server needs some of that to find its pace.
 constexpr std::chrono::milliseconds kLoading{500};
@@ -49,6 +50,7 @@ void release_sounds() {
 FMOD_SYSTEM* start_system() {
     release_sounds();
     make_urgent(true);
+    stalls(); // watches from here on
     FMOD_SYSTEM* system = nullptr;
     EXPECT_EQ(FMOD_System_Create(&system), FMOD_OK);
     EXPECT_EQ(FMOD_System_Init(system, 1, FMOD_INIT_NORMAL, nullptr), FMOD_OK);
@@ -92,46 +94,49 @@ std::vector<Poll> poll_for(FMOD_CHANNEL* channel, double seconds, double interva
 
 std::vector<Poll> polls_of(const std::string& output) {
     std::vector<Poll> polls;
-    std::istringstream lines(output);
+    std::istringstream lines(output.substr(0, output.rfind('\n') + 1)); // the last may be incomplete
     Poll poll{};
     while (lines >> poll.before >> poll.after >> poll.position) polls.push_back(poll);
     return polls;
 }
 
-std::vector<Run> find_runs(const PulseRecorder& recorder, const std::vector<float>& music,
-                           const std::vector<Poll>& polls) {
-    std::vector<Run> runs;
+Heard find_heard(const PulseRecorder& recorder, const std::vector<float>& music,
+                 const std::vector<Poll>& polls, const Stalls& stalls) {
+    Heard heard;
     const float* recorded = recorder.samples().data();
     const std::int64_t end = std::min(recorder.frame_at(polls.back().after), recorder.frames()) - kPiece;
     for (std::int64_t at = recorder.frame_at(polls.front().before); at < end; at += kStride) {
-        const auto told = static_cast<std::int64_t>(told_at(polls, recorder.time_of(at)) * kRate / 1000);
+        const double time = recorder.time_of(at);
+        const bool counts = stalls.calm(time, time);
+        if (counts) ++heard.pieces;
+        const auto told = static_cast<std::int64_t>(told_at(polls, time) * kRate / 1000);
         const std::int64_t found = find_piece(music, recorded + 2 * at, kPiece, told - kReach, told + kReach);
         if (found < 0) continue;
+        if (counts) ++heard.found;
+        std::vector<Run>& runs = heard.runs;
         if (!runs.empty() && std::llabs(found - at - runs.back().lead) <= 1)
             runs.back().end = at + kPiece;
         else
             runs.push_back({at, at + kPiece, found - at});
     }
-    return runs;
+    return heard;
 }
 
 void expect_polls_follow(const PulseRecorder& recorder, const std::vector<float>& music,
-                         const std::vector<Poll>& polls) {
-    const std::vector<Run> runs = find_runs(recorder, music, polls);
-    ASSERT_FALSE(runs.empty());
-    std::int64_t heard = 0;
+                         const std::vector<Poll>& polls, const Stalls& stalls) {
+    const Heard heard = find_heard(recorder, music, polls, stalls);
     double worst = 0;
     double worst_at = 0;
     int repeated = 0;
     int fell = 0;
-    for (const Run& run : runs) heard += run.end - run.begin;
 
     for (std::size_t i = 0; i < polls.size(); ++i) {
         if (i > 0 && polls[i].position < polls[i - 1].position) ++fell;
+        if (!stalls.calm(polls[i].before, polls[i].after)) continue;
         const std::int64_t before = recorder.frame_at(polls[i].before);
         const std::int64_t after = recorder.frame_at(polls[i].after);
-        for (const Run& run : runs) {
-            const bool after_gap = &run != &runs.front() && before < run.begin + kRate / 3;
+        for (const Run& run : heard.runs) {
+            const bool after_gap = &run != &heard.runs.front() && before < run.begin + kRate / 3;
             if (before < run.begin || after >= run.end || after_gap) continue;
             const double least = static_cast<double>(before + run.lead) * 1000 / kRate;
             const double most = static_cast<double>(after + run.lead) * 1000 / kRate;
@@ -145,12 +150,13 @@ void expect_polls_follow(const PulseRecorder& recorder, const std::vector<float>
             if (apart && ran && polls[i].position == polls[i - 1].position) ++repeated;
         }
     }
-    const double told = (polls.back().position - polls.front().position) / 1000.0;
     // For whoever reads the test's log: how close it was.
-    std::printf("heard %.2f of %.2f s told in %zu run(s), worst %.2f ms at %.0f ms, %d repeated, %d fell\n",
-                static_cast<double>(heard) / kRate, told, runs.size(), worst, worst_at, repeated, fell);
-    EXPECT_GT(static_cast<double>(heard) / kRate, 0.9 * told - 0.2);
+    std::printf(
+        "heard %d of %d pieces that count, %zu run(s), worst %.2f ms at %.0f ms, %d repeated, %d fell\n",
+        heard.found, heard.pieces, heard.runs.size(), worst, worst_at, repeated, fell);
+    EXPECT_EQ(fell, 0);
+    if (heard.pieces < kLeastPieces) GTEST_SKIP() << "the machine stalled too often";
+    EXPECT_GE(heard.found, 0.9 * heard.pieces - 4);
     EXPECT_LT(std::fabs(worst), 10) << "at " << worst_at << " ms";
     EXPECT_EQ(repeated, 0);
-    EXPECT_EQ(fell, 0);
 }
