@@ -1,11 +1,14 @@
-# Fresh Debian systems for trials, in folders of their own. To be sourced, as root. Needs debootstrap and overlayfs.
+# Fresh Debian systems for trials, in folders of their own. To be sourced, as root. Needs debootstrap, overlayfs and Xvfb.
 
-readonly roots=${SKAV_ROOTS:-/var/tmp/skav-roots} # the downloaded system stays there for the next run
+readonly roots=${SKAV_ROOTS:-/var/tmp/skav-roots} # what is downloaded stays there for the next run
 readonly release=bookworm
 readonly base=$roots/$release
 
-# Downloads the minimal system, once.
+# Downloads the minimal system, once. Waits while another script uses it.
 make_base() {
+    mkdir -p "$roots/archives"
+    exec {lock}>"$roots/lock"
+    flock "$lock"
     [ -e "$base.complete" ] && return
     rm -rf "$base"
     mkdir -p "$base"
@@ -39,6 +42,8 @@ open_root() {
     done
     ln -s pts/ptmx "$root/dev/ptmx"
     ln -s /proc/self/fd "$root/dev/fd"
+    mount --bind "$roots/archives" "$root/var/cache/apt/archives"
+    echo force-unsafe-io >"$root/etc/dpkg/dpkg.cfg.d/trial" # no waiting for the disk
     cp /etc/resolv.conf "$root/etc/"
     chroot "$root" useradd --create-home viewer
 }
@@ -52,7 +57,7 @@ close_root() {
     done 2>/dev/null
     sleep 0.2
     umount --recursive "$root" || umount --recursive --lazy "$root"
-    rm -rf "$folder"
+    rm -rf --one-file-system "$folder"
     root=
 }
 
@@ -61,6 +66,41 @@ in_root() { env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 HOME=/root 
 as_viewer() {
     in_root setpriv --reuid viewer --regid viewer --init-groups env HOME=/home/viewer \
         ${DISPLAY+DISPLAY="$DISPLAY"} bash -euc "cd; $*"
+}
+
+# watch COMMAND: runs a command as the user on a virtual display until it has shown 200 different pictures, more than the
+# show has while it loads, and then interrupts it as Ctrl-C does. The status is the command's; $pictures counts them.
+watch() {
+    local number display command status=0
+    pictures=0
+    screen=$(mktemp -d) || return 1
+    exec {number}< <(exec Xvfb -displayfd 1 -screen 0 1280x1024x24 -fbdir "$screen" 2>/dev/null)
+    server=$!
+    read -r -t 30 display <&"$number" || return 1
+    set -m # Ctrl-C is for a process group
+    DISPLAY=:$display as_viewer "$1" </dev/null &
+    command=$!
+    set +m
+    touch "$screen/seen"
+    while
+        pictures=$(sort -u "$screen/seen" | wc -l)
+        [ "$pictures" -lt 200 ] && kill -0 $command 2>/dev/null
+    do
+        cksum <"$screen/Xvfb_screen0" >>"$screen/seen"
+        sleep 0.05
+    done
+    kill -INT -- -$command 2>/dev/null
+    wait $command || status=$?
+    exec {number}<&-
+    close_screen
+    return $status
+}
+# For a trap: ends the display if there is one.
+close_screen() {
+    [ -z "${server-}" ] || kill "$server"
+    [ -z "${screen-}" ] || rm -rf "$screen"
+    server=
+    screen=
 }
 
 # Installs packages in $root.
