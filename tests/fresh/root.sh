@@ -61,8 +61,11 @@ close_root() {
     root=
 }
 
-# in_root COMMAND...: runs a command in $root as root, with a clean environment. as_viewer: as the user, at home.
-in_root() { env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 HOME=/root chroot "$root" "$@"; }
+# in_root COMMAND...: runs a command in $root as root, with a clean environment, in which also a script in the background
+# can be interrupted. as_viewer: as the user, at home.
+in_root() {
+    env -i --default-signal=INT PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 HOME=/root chroot "$root" "$@"
+}
 as_viewer() {
     in_root setpriv --reuid viewer --regid viewer --init-groups env HOME=/home/viewer \
         ${DISPLAY+DISPLAY="$DISPLAY"} bash -euc "cd; $*"
