@@ -45,6 +45,7 @@ open_root() {
     mount --bind "$roots/archives" "$root/var/cache/apt/archives"
     echo force-unsafe-io >"$root/etc/dpkg/dpkg.cfg.d/trial" # no waiting for the disk
     cp /etc/resolv.conf "$root/etc/"
+    echo "127.0.0.1 localhost $(hostname)" >"$root/etc/hosts"
     chroot "$root" useradd --create-home viewer
 }
 
