@@ -12,13 +12,24 @@ make_base() {
     [ -e "$base.complete" ] && return
     rm -rf "$base"
     mkdir -p "$base"
-    debootstrap --variant=minbase "$release" "$base" http://deb.debian.org/debian >"$base.log" 2>&1 || {
+    local mirror=http://deb.debian.org
+    debootstrap --variant=minbase "$release" "$base" "$mirror/debian" >"$base.log" 2>&1 || {
         tail -n 5 "$base.log" >&2
         return 1
     }
     # The way to the mirror is this machine's: proxies and credentials.
     cp -n /etc/apt/apt.conf.d/* "$base/etc/apt/apt.conf.d/"
     rm -f "$base"/etc/apt/apt.conf.d/*docker*
+    cp /etc/resolv.conf "$base/etc/"
+    # The sources of an installed system, which is up to date.
+    printf 'deb %s main\n' "$mirror/debian $release" "$mirror/debian $release-updates" \
+        "$mirror/debian-security $release-security" >"$base/etc/apt/sources.list"
+    (root=$base in_root sh -c \
+        'apt-get update && DEBIAN_FRONTEND=noninteractive apt-get dist-upgrade -y && apt-get clean') \
+        >>"$base.log" 2>&1 </dev/null || {
+        tail -n 5 "$base.log" >&2
+        return 1
+    }
     touch "$base.complete"
 }
 
