@@ -1,4 +1,4 @@
-# Fresh Debian systems for trials, in folders of their own. To be sourced, as root. Needs debootstrap, overlayfs and Xvfb.
+# Fresh Debian systems for trials, in folders of their own. To be sourced, as root. Needs debootstrap, overlayfs, Xvfb.
 
 readonly roots=${SKAV_ROOTS:-/var/tmp/skav-roots} # what is downloaded stays there for the next run
 readonly release=bookworm
@@ -24,8 +24,7 @@ make_base() {
     # The sources of an installed system, which is up to date.
     printf 'deb %s main\n' "$mirror/debian $release" "$mirror/debian $release-updates" \
         "$mirror/debian-security $release-security" >"$base/etc/apt/sources.list"
-    (root=$base in_root sh -c \
-        'apt-get update && DEBIAN_FRONTEND=noninteractive apt-get dist-upgrade -y && apt-get clean') \
+    root=$base in_root sh -c 'apt-get update && DEBIAN_FRONTEND=noninteractive apt-get dist-upgrade -y && apt-get clean' \
         >>"$base.log" 2>&1 </dev/null || {
         tail -n 5 "$base.log" >&2
         return 1
