@@ -10,13 +10,13 @@ work=$(mktemp -d)
 server=
 show=
 end() { # also those that are interrupted leave nothing behind
-    [ -z "$show" ] || kill "$show" || true
+    [ -z "$show" ] || kill -- -"$show" || true
     [ -z "$server" ] || kill "$server" || true
     rm -rf "$work"
 }
 trap end EXIT
 trap 'exit 1' INT TERM
-export CCACHE_DISABLE=1 LC_ALL=C
+export CCACHE_DISABLE=1 LC_ALL=C.UTF-8
 unset DISPLAY CMAKE_CXX_COMPILER_LAUNCHER CMAKE_C_COMPILER_LAUNCHER
 
 row() { printf '%-58s %12s  %s\n' "$@"; }
@@ -58,7 +58,8 @@ measure_picture() {
     blank=$(screen)
     SECONDS=0
     clone picture
-    DISPLAY=:$display "$work/picture/run" --window </dev/null >"$work/log" 2>&1 &
+    # With a process group of its own, which `end` ends.
+    DISPLAY=:$display setsid "$work/picture/run" --window </dev/null >"$work/log" 2>&1 &
     show=$!
     while [ "$(screen)" = "$blank" ]; do
         kill -0 "$show" 2>/dev/null || { cat "$work/log" >&2; return 1; }
