@@ -1,4 +1,5 @@
 // Many whole shows, one after the other, on a clock that jumps from frame to frame.
+#include <gtest/gtest.h>
 #include <malloc.h>
 #include <sys/resource.h>
 #include <sys/wait.h>

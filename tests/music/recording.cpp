@@ -109,14 +109,18 @@ double mean_power(const std::vector<double>& x) {
 
 double decibel(double power) { return 10.0 * std::log10(std::max(power, 1e-12)); }
 
-std::vector<double> onset_strength(const Recording& recording) {
-    const std::vector<double> x = mid(recording);
+const std::vector<double>& onset_strength(const MusicFile& file) {
+    static std::map<std::string, std::vector<double>> computed;
+    const auto [entry, is_new] = computed.try_emplace(file.name);
+    std::vector<double>& strength = entry->second;
+    if (!is_new) return strength;
+    const std::vector<double> x = mid(decode(file));
     const std::array<std::vector<double>, 3> bands{
         amplitude_per_millisecond(low_pass(x, 150.0)),
         amplitude_per_millisecond(low_pass(high_pass(x, 150.0), 2000.0)),
         amplitude_per_millisecond(high_pass(x, 2000.0)),
     };
-    std::vector<double> strength(bands[0].size(), 0.0);
+    strength.resize(bands[0].size());
     for (const std::vector<double>& amplitude : bands) {
         for (std::size_t ms = 0; ms < strength.size(); ++ms) {
             double before = ms >= 10 ? amplitude[ms - 10] : 0.0;

@@ -51,5 +51,5 @@ double decibel(double power);
 
 // How suddenly it gets louder, once per millisecond: by how much the amplitude of three bands (below 150 Hz,
 // 150 Hz to 2 kHz, above 2 kHz) grows within 10 ms, each as a multiple of its mean over the file, summed over
-// the bands where it grows. Silence is assumed before the file.
-std::vector<double> onset_strength(const Recording& recording);
+// the bands where it grows. Silence is assumed before the file. Computed once for each file.
+const std::vector<double>& onset_strength(const MusicFile& file);

@@ -69,18 +69,18 @@ double place_of_onsets(const std::vector<double>& strength, double period, doubl
 }
 
 TEST(Timing, EveryFlashHasAnAccentWithin20Milliseconds) {
-    std::vector<double> strength = onset_strength(decode(kInstrumental));
+    const std::vector<double>& strength = onset_strength(kInstrumental);
     for (double flash : kFlashes) expect_onset(strength, flash - kInstrumental.show_begin, flash);
 }
 
 TEST(Timing, TheGreatCuesOfTheSecondHalfHaveAnAccentWithin20Milliseconds) {
-    std::vector<double> strength = onset_strength(decode(kVocal));
+    const std::vector<double>& strength = onset_strength(kVocal);
     for (double cue : kVocalCues) expect_onset(strength, cue - kVocal.show_begin, cue);
 }
 
 TEST(Timing, TheBeatIs120PerMinuteWithinATenthOfAPercent) {
     for (const MusicFile& file : kMusicFiles) {
-        std::vector<double> strength = onset_strength(decode(file));
+        const std::vector<double>& strength = onset_strength(file);
         double end = file.show_end - file.show_begin;
         double best = 0.0, best_fit = 0.0;
         for (double beat = 0.98 * kBeat; beat <= 1.02 * kBeat; beat += 0.0002 * kBeat) {
@@ -100,7 +100,7 @@ double distance_on_circle(double a, double b, double period) {
 TEST(Timing, TheBeatsLieOnHalfSecondsOfTheShow) {
     for (const MusicFile& file : kMusicFiles) {
         double end = file.show_end - file.show_begin;
-        double place = place_of_onsets(onset_strength(decode(file)), kBeat, 0.0, end);
+        double place = place_of_onsets(onset_strength(file), kBeat, 0.0, end);
         EXPECT_LT(distance_on_circle(place, -file.show_begin, kBeat), 0.020) << file.name;
     }
 }
@@ -108,7 +108,7 @@ TEST(Timing, TheBeatsLieOnHalfSecondsOfTheShow) {
 // Where the drums play off the beat the strongest onsets may be its halves; those must not drift either.
 TEST(Timing, TheBeatDoesNotDrift) {
     for (const MusicFile& file : kMusicFiles) {
-        std::vector<double> strength = onset_strength(decode(file));
+        const std::vector<double>& strength = onset_strength(file);
         for (double begin = 10.0; begin + 12.0 < file.show_end - file.show_begin; begin += 12.0) {
             double place = place_of_onsets(strength, kBeat / 2.0, begin, begin + 12.0);
             EXPECT_LT(distance_on_circle(place, -file.show_begin, kBeat / 2.0), 0.020)
@@ -118,13 +118,13 @@ TEST(Timing, TheBeatDoesNotDrift) {
 }
 
 TEST(Timing, TheVocalFilesFirstBeatComesAfterAFifthOfASecond) {
-    Onset onset = strongest_near(onset_strength(decode(kVocal)), 0.2);
+    Onset onset = strongest_near(onset_strength(kVocal), 0.2);
     EXPECT_NEAR(onset.late, 0.0, 0.020);
 }
 
 // The pictures of the cross flip on whole seconds: each carries an accent of its own.
 TEST(Timing, TheCrossStrikesOnEveryWholeSecond) {
-    std::vector<double> strength = onset_strength(decode(kInstrumental));
+    const std::vector<double>& strength = onset_strength(kInstrumental);
     for (double second = 55.0; second <= 67.0; second += 1.0)
         EXPECT_NEAR(strongest_near(strength, second).late, 0.0, 0.020) << second << " s";
 }

@@ -6,6 +6,9 @@
 
 #include "tests/hosts/recording/record.h"
 
+template class std::vector<recording::Argument>;
+template class std::vector<recording::Call>;
+
 namespace recording {
 
 bool g_logging = true;

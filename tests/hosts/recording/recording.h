@@ -121,3 +121,7 @@ GlModel save_gl();
 void restore_gl(const GlModel& model);
 
 } // namespace recording
+
+// Logs are long; their code is compiled once, with the host.
+extern template class std::vector<recording::Argument>;
+extern template class std::vector<recording::Call>;
