@@ -51,10 +51,10 @@ TEST_P(StartInTheMiddle, ShowsWhatTheExporterDraws) {
     EXPECT_EQ("", show.errors());
 }
 
-// In the first piece of music, where a text is on the screen, and in the second one. At twice the show's size: the
-// gyroscope's room; and the scroller, with points and with a texture that is copied from the screen.
+// Where a text is on the screen. At twice the show's size: the gyroscope's room; and in the second piece of music the
+// scroller, with points and with a texture that is copied from the screen.
 INSTANTIATE_TEST_SUITE_P(Times, StartInTheMiddle,
-                         testing::Values(Start{"1:10", "en", "en", "1"}, Start{"90.5", "auto", "de", "1"},
-                                         Start{"47", "en", "en", "2"}, Start{"80.5", "en", "en", "2"}));
+                         testing::Values(Start{"1:10", "auto", "de", "1"}, Start{"47", "en", "en", "2"},
+                                         Start{"80.5", "en", "en", "2"}));
 
 } // namespace
