@@ -174,7 +174,7 @@ test_quick_tests_one_build_without_real_time)
 test_runs_long_tests_only_without_the_sanitizers)
     call test </dev/null
     expect_status 0
-    for preset in ci sanitize; do expect_in log "ctest --preset $preset --label-regex realtime --parallel 4"; done
+    for preset in ci sanitize; do expect_in log "ctest --preset $preset --label-regex realtime --parallel 5"; done
     expect_in log "ctest --preset ci --label-exclude realtime --parallel $(($(nproc) + 1))"
     expect_in log "ctest --preset sanitize --label-exclude realtime|long --parallel $(($(nproc) + 1))"
     ;;
