@@ -117,6 +117,25 @@ TEST(LayerMatrices, TransformAsTheReferenceDoes) {
     });
 }
 
+// Many quads of one glBegin, from behind the viewer to beyond all sides of the picture.
+TEST(LayerMatrices, CutOffWhatLiesOutsideAsTheReferenceDoes) {
+    expect_same([](const Gl& gl) {
+        set_perspective(gl);
+        gl.glRotatef(-70, 1, 0, 0);
+        gl.glRotatef(30, 0, 0, 1);
+        gl.glTranslated(-20, -20, -1.5);
+        gl.glBegin(GL_QUADS);
+        for (int i = 0; i < 40 * 40; ++i) {
+            for (const auto& corner : {std::pair(0, 0), {1, 0}, {1, 1}, {0, 1}}) {
+                const int x = i % 40 + corner.first, y = i / 40 + corner.second;
+                gl.glColor3f(float(x % 3) / 2, float(y % 4) / 3, 0.5f);
+                gl.glVertex3d(x, y, 0);
+            }
+        }
+        gl.glEnd();
+    });
+}
+
 // Neighbours that overlap in one plane: which one a pixel shows depends on the last bit of its depth.
 void draw_overlapping_ring(const Gl& gl) {
     set_perspective(gl);
@@ -594,7 +613,89 @@ TEST(LayerLists, KeepCommandsUntilTheyAreCalled) {
     });
 }
 
+TEST(LayerLists, KeepVerticesWithWhatIsGivenBetweenThem) {
+    expect_same([](const Gl& gl) {
+        bind_noise(gl, GL_RGB, 3);
+        const GLuint list = gl.glGenLists(1);
+        gl.glNewList(list, GL_COMPILE);
+        gl.glBegin(GL_QUADS);
+        for (const auto& corner :
+             {std::pair(0, 0), {1, 0}, {1, 1}, {0, 1}}) { // in the colour before the call
+            gl.glTexCoord2d(corner.first, corner.second);
+            gl.glVertex2d(-0.9 + 0.4 * corner.first, 0.8 * corner.second);
+        }
+        gl.glEnd();
+        gl.glColor3f(0, 0, 1);
+        gl.glColor3f(1, 1, 0.2f); // instead
+        gl.glBegin(GL_QUADS);
+        gl.glTexCoord2d(0, 0);
+        gl.glVertex2d(-0.4, 0);
+        gl.glTexCoord2d(1, 0);
+        gl.glVertex2d(0, 0);
+        gl.glColor3f(0.2f, 1, 1);
+        gl.glTexCoord2d(1, 1);
+        gl.glVertex2d(0, 0.8);
+        gl.glTexCoord2d(0, 1);
+        gl.glVertex2d(-0.4, 0.8);
+        gl.glEnd();
+        gl.glTexCoord2d(0.5, 0.5);
+        gl.glColor3f(0.2f, 1, 0.4f); // for what follows
+        gl.glEndList();
+        gl.glColor3f(1, 0.5f, 0.5f);
+        gl.glTexCoord2d(0, 0);
+        gl.glCallList(list);
+        gl.glTranslated(0.9, -0.9, 0);
+        gl.glCallList(list);
+    });
+}
+
+TEST(LayerLists, TakeAMaterialBetweenTwoQuads) {
+    expect_same([](const Gl& gl) {
+        set_up_light(gl, false, false);
+        const float red[] = {1, 0, 0, 1}, green[] = {0, 1, 0, 1};
+        const GLuint list = gl.glGenLists(1);
+        gl.glNewList(list, GL_COMPILE);
+        gl.glBegin(GL_QUADS);
+        for (const float* color : {red, green}) {
+            gl.glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE, color);
+            const double x = color == red ? -0.6 : 0.2;
+            gl.glNormal3d(x, 0.5, 1);
+            for (const auto& corner : {std::pair(0, 0), {1, 0}, {1, 1}, {0, 1}})
+                gl.glVertex2d(x + 0.4 * corner.first, 0.5 * corner.second);
+        }
+        gl.glEnd();
+        gl.glEndList();
+        gl.glCallList(list);
+    });
+}
+
 // --- Frames ---
+
+// The driver gets nothing of what it would throw away.
+TEST(LayerFrames, LeaveOutWhatLiesOutside) {
+    drawn_by_layer([](const Gl& gl) {
+        const page::gl::Queue& queue = page::gl::g_queue;
+        for (const double way : {-3, 3}) {
+            for (int axis = 0; axis < 3; ++axis) {
+                gl.glPushMatrix();
+                gl.glTranslated(axis == 0 ? way : 0, axis == 1 ? way : 0, axis == 2 ? way : 0);
+                draw_plane(gl, 3);
+                draw_cylinder(gl);
+                gl.glPopMatrix();
+            }
+        }
+        EXPECT_EQ(queue.items.size(), 0u);
+        EXPECT_EQ(queue.vertices.size(), 0u);
+        EXPECT_EQ(queue.indices.size(), 0u);
+
+        gl.glBegin(GL_POINTS);
+        for (int i = 0; i < 1000; ++i) gl.glVertex2d(i, 0); // two of them are seen
+        gl.glEnd();
+        EXPECT_GE(queue.indices.size(), 2u);
+        EXPECT_LT(queue.indices.size(), 50u);
+        EXPECT_EQ(queue.vertices.size(), queue.indices.size());
+    });
+}
 
 // No garbage: a frame like the one before needs no memory.
 TEST(LayerFrames, ReuseTheMemoryOfTheFrameBefore) {

@@ -11,7 +11,7 @@ struct Attributes {
     Float4 color;  // as given, not clamped
     Float4 normal; // the last lane is 0
     GLfloat s, t;
-    bool normal_changed; // since whoever reads it set this to false
+    bool look_changed; // colour or normal, since whoever reads them set this to false
 };
 
 extern Attributes g_attributes;
@@ -23,10 +23,11 @@ inline void tex_coord(GLfloat s, GLfloat t) {
 }
 inline void normal(GLfloat x, GLfloat y, GLfloat z) {
     g_attributes.normal = Float4{x, y, z, 0};
-    g_attributes.normal_changed = true;
+    g_attributes.look_changed = true;
 }
 inline void color(GLfloat red, GLfloat green, GLfloat blue, GLfloat alpha) {
     g_attributes.color = Float4{red, green, blue, alpha};
+    g_attributes.look_changed = true;
 }
 
 void reset_attributes();

@@ -3,13 +3,13 @@
 
 #include <algorithm>
 
-#include "hosts/page/gl/attributes.h"
 #include "hosts/page/gl/capabilities.h"
 #include "hosts/page/gl/errors.h"
 #include "hosts/page/gl/geometry.h"
 #include "hosts/page/gl/lighting.h"
 #include "hosts/page/gl/lists.h"
 #include "hosts/page/gl/matrices.h"
+#include "hosts/page/gl/models.h"
 #include "hosts/page/gl/queries.h"
 #include "hosts/page/gl/state.h"
 #include "hosts/page/gl/textures.h"
@@ -54,8 +54,8 @@ void fog(GLenum name, Values values) { gl::fog(name, values.v); }
 void light(GLenum source, GLenum name, Values values) { gl::light(source, name, values.v); }
 void light_model(GLenum name, Values values) { gl::light_model(name, values.v); }
 void material(GLenum face, GLenum name, Values values) {
+    gl::draw_with_old_material();
     gl::material(face, name, values.v);
-    gl::material_changed();
 }
 
 // The functions that take a single value. The reference renderer takes also a name that stands for several values
@@ -84,25 +84,25 @@ extern "C" {
 
 void GLAPIENTRY glBegin(GLenum mode) { issue<gl::begin>(mode); }
 void GLAPIENTRY glEnd(void) { issue<gl::end>(); }
-void GLAPIENTRY glVertex2d(GLdouble x, GLdouble y) { issue<gl::vertex>(f(x), f(y), 0.0f); }
-void GLAPIENTRY glVertex2f(GLfloat x, GLfloat y) { issue<gl::vertex>(x, y, 0.0f); }
-void GLAPIENTRY glVertex2i(GLint x, GLint y) { issue<gl::vertex>(f(x), f(y), 0.0f); }
-void GLAPIENTRY glVertex3d(GLdouble x, GLdouble y, GLdouble z) { issue<gl::vertex>(f(x), f(y), f(z)); }
-void GLAPIENTRY glVertex3f(GLfloat x, GLfloat y, GLfloat z) { issue<gl::vertex>(x, y, z); }
-void GLAPIENTRY glVertex3i(GLint x, GLint y, GLint z) { issue<gl::vertex>(f(x), f(y), f(z)); }
-void GLAPIENTRY glVertex3fv(const GLfloat* v) { issue<gl::vertex>(v[0], v[1], v[2]); }
-void GLAPIENTRY glVertex3dv(const GLdouble* v) { issue<gl::vertex>(f(v[0]), f(v[1]), f(v[2])); }
-void GLAPIENTRY glTexCoord2d(GLdouble s, GLdouble t) { issue<gl::tex_coord>(f(s), f(t)); }
-void GLAPIENTRY glTexCoord2f(GLfloat s, GLfloat t) { issue<gl::tex_coord>(s, t); }
-void GLAPIENTRY glTexCoord2i(GLint s, GLint t) { issue<gl::tex_coord>(f(s), f(t)); }
-void GLAPIENTRY glNormal3d(GLdouble x, GLdouble y, GLdouble z) { issue<gl::normal>(f(x), f(y), f(z)); }
-void GLAPIENTRY glNormal3f(GLfloat x, GLfloat y, GLfloat z) { issue<gl::normal>(x, y, z); }
-void GLAPIENTRY glColor3d(GLdouble r, GLdouble g, GLdouble b) { issue<gl::color>(f(r), f(g), f(b), 1.0f); }
-void GLAPIENTRY glColor3f(GLfloat r, GLfloat g, GLfloat b) { issue<gl::color>(r, g, b, 1.0f); }
+void GLAPIENTRY glVertex2d(GLdouble x, GLdouble y) { gl::issue_vertex(f(x), f(y), 0.0f); }
+void GLAPIENTRY glVertex2f(GLfloat x, GLfloat y) { gl::issue_vertex(x, y, 0.0f); }
+void GLAPIENTRY glVertex2i(GLint x, GLint y) { gl::issue_vertex(f(x), f(y), 0.0f); }
+void GLAPIENTRY glVertex3d(GLdouble x, GLdouble y, GLdouble z) { gl::issue_vertex(f(x), f(y), f(z)); }
+void GLAPIENTRY glVertex3f(GLfloat x, GLfloat y, GLfloat z) { gl::issue_vertex(x, y, z); }
+void GLAPIENTRY glVertex3i(GLint x, GLint y, GLint z) { gl::issue_vertex(f(x), f(y), f(z)); }
+void GLAPIENTRY glVertex3fv(const GLfloat* v) { gl::issue_vertex(v[0], v[1], v[2]); }
+void GLAPIENTRY glVertex3dv(const GLdouble* v) { gl::issue_vertex(f(v[0]), f(v[1]), f(v[2])); }
+void GLAPIENTRY glTexCoord2d(GLdouble s, GLdouble t) { gl::issue_tex_coord(f(s), f(t)); }
+void GLAPIENTRY glTexCoord2f(GLfloat s, GLfloat t) { gl::issue_tex_coord(s, t); }
+void GLAPIENTRY glTexCoord2i(GLint s, GLint t) { gl::issue_tex_coord(f(s), f(t)); }
+void GLAPIENTRY glNormal3d(GLdouble x, GLdouble y, GLdouble z) { gl::issue_normal(f(x), f(y), f(z)); }
+void GLAPIENTRY glNormal3f(GLfloat x, GLfloat y, GLfloat z) { gl::issue_normal(x, y, z); }
+void GLAPIENTRY glColor3d(GLdouble r, GLdouble g, GLdouble b) { gl::issue_color(f(r), f(g), f(b), 1.0f); }
+void GLAPIENTRY glColor3f(GLfloat r, GLfloat g, GLfloat b) { gl::issue_color(r, g, b, 1.0f); }
 void GLAPIENTRY glColor4d(GLdouble r, GLdouble g, GLdouble b, GLdouble a) {
-    issue<gl::color>(f(r), f(g), f(b), f(a));
+    gl::issue_color(f(r), f(g), f(b), f(a));
 }
-void GLAPIENTRY glColor4f(GLfloat r, GLfloat g, GLfloat b, GLfloat a) { issue<gl::color>(r, g, b, a); }
+void GLAPIENTRY glColor4f(GLfloat r, GLfloat g, GLfloat b, GLfloat a) { gl::issue_color(r, g, b, a); }
 
 // --- Matrices ---
 

@@ -1,28 +1,19 @@
 #include "hosts/page/gl/geometry.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstring>
+#include <cstddef>
 
-#include "hosts/page/gl/attributes.h"
-#include "hosts/page/gl/errors.h"
 #include "hosts/page/gl/lists.h"
 #include "hosts/page/gl/queue.h"
+#include "hosts/page/gl/same_bytes.h"
 #include "hosts/page/gl/textures.h"
 
 namespace page::gl {
 
 namespace {
 
-// The primitive between glBegin and glEnd.
-GLenum g_mode;
-GLuint g_first; // its first vertex in the queue
-
-// How its vertices are transformed.
-const Transform* g_transform;
-bool g_needs_eye;          // lighting or fog is on
-bool g_has_texture_matrix; // other than the identity
-Float4 g_eye_normal;       // the current normal, unless that or the matrices have changed
+// Vertices that are tried together whether all lie outside the picture; a multiple of the vertices of every part.
+constexpr GLuint kTriedTogether = 24;
 
 // The state of the last item, whose texture members are filled.
 State g_drawn_state;
@@ -41,12 +32,7 @@ GLenum topology_of(GLenum mode) {
     }
 }
 
-template <class T>
-bool same_bytes(const T& a, const T& b) {
-    return std::memcmp(&a, &b, sizeof a) == 0;
-}
-
-// Number in the queue of the lights and materials as they are now.
+// Sees to it that the last of the queue's lights and materials are those as they are now; its number.
 std::size_t queue_lighting() {
     bool changed = false;
     const LightingBlock& block = lighting_block(changed);
@@ -57,7 +43,8 @@ std::size_t queue_lighting() {
 
 // Sees to it that the last item of the queue has the state as it is now.
 void prepare_item(GLenum topology) {
-    if (take_state_changed() || !g_has_drawn_state) {
+    const bool state_changed = take_state_changed() || !g_has_drawn_state;
+    if (state_changed) {
         g_drawn_state = state();
         g_has_drawn_state = true;
         if (g_drawn_state.texturing) fill_texture_state(g_drawn_state);
@@ -66,90 +53,105 @@ void prepare_item(GLenum topology) {
     if (!g_queue.items.empty()) {
         const Item& last = g_queue.items.back();
         if (last.clear == 0 && last.topology == topology && last.lighting == lighting &&
-            same_bytes(last.state, g_drawn_state))
+            (!state_changed || same_bytes(last.state, g_drawn_state)))
             return;
     }
     g_queue.items.push_back({0, {}, g_drawn_state, topology, lighting, g_queue.indices.size(), 0});
 }
 
-// These append to the indices; vertices are counted from the primitive's first.
-void add_point(GLuint a) { *g_queue.indices.append(1) = g_first + a; }
+// Appends indices to the queue; vertices are counted from the primitive's first.
+class Indices {
+public:
+    Indices(GLuint first, std::size_t count) : first_(first), next_(g_queue.indices.append(count)) {}
 
-void add_line(GLuint a, GLuint b) {
-    GLuint* line = g_queue.indices.append(2);
-    line[0] = g_first + a;
-    line[1] = g_first + b;
-}
+    void add(GLuint a) { *next_++ = first_ + a; }
+    void add(GLuint a, GLuint b) {
+        add(a);
+        add(b);
+    }
+    void add(GLuint a, GLuint b, GLuint c) {
+        add(a, b);
+        add(c);
+    }
 
-void add_triangle(GLuint a, GLuint b, GLuint c) {
-    GLuint* triangle = g_queue.indices.append(3);
-    triangle[0] = g_first + a;
-    triangle[1] = g_first + b;
-    triangle[2] = g_first + c;
-}
-
-// Whether any vertex of the primitive lies outside the volume that is drawn.
-bool is_clipped() {
-    const auto is_outside = [](const Vertex& v) {
-        const GLfloat x = std::fabs(v.clip[0]), y = std::fabs(v.clip[1]), z = std::fabs(v.clip[2]);
-        return !(x <= v.clip[3] && y <= v.clip[3] && z <= v.clip[3]);
-    };
-    return std::any_of(g_queue.vertices.data() + g_first, g_queue.vertices.end(), is_outside);
-}
+private:
+    GLuint first_;
+    GLuint* next_;
+};
 
 // Quads are cut where the reference renderer cuts them, which is seen in colours and depths between the corners: from
 // the first corner to the third, but from the second to the fourth in a display list, with flat shading, and where a
 // quad of the same glBegin is clipped.
-void add_quads(GLuint count) {
-    const bool from_second = is_list_called() || g_drawn_state.flat || is_clipped();
+void add_quads(GLuint first, GLuint count, bool clipped) {
+    const bool from_second = is_list_called() || g_drawn_state.flat || clipped;
+    Indices indices(first, count / 4 * 6);
     for (GLuint i = 3; i < count; i += 4) {
         if (from_second) {
-            add_triangle(i - 3, i - 2, i);
-            add_triangle(i - 2, i - 1, i);
+            indices.add(i - 3, i - 2, i);
+            indices.add(i - 2, i - 1, i);
         } else {
-            add_triangle(i - 3, i - 2, i - 1);
-            add_triangle(i - 3, i - 1, i);
+            indices.add(i - 3, i - 2, i - 1);
+            indices.add(i - 3, i - 1, i);
         }
     }
 }
 
-// Cuts the primitive's vertices into what the driver draws. The last vertex of each is the one that gives a flat
-// colour.
-void add_indices() {
-    const GLuint count = static_cast<GLuint>(g_queue.vertices.size()) - g_first;
-    switch (g_mode) {
-    case GL_POINTS:
-        for (GLuint i = 0; i < count; ++i) add_point(i);
+// Cuts the vertices of the queue from `first` on into what the driver draws. The last vertex of each is the one that
+// gives a flat colour. `clipped`: whether any vertex of the primitive lies outside the picture.
+void add_indices(GLenum mode, GLuint first, bool clipped) {
+    const GLuint count = static_cast<GLuint>(g_queue.vertices.size()) - first;
+    const GLuint inner = count > 2 ? count - 2 : 0; // triangles of a strip
+    switch (mode) {
+    case GL_POINTS: {
+        Indices indices(first, count);
+        for (GLuint i = 0; i < count; ++i) indices.add(i);
         break;
-    case GL_LINES:
-        for (GLuint i = 1; i < count; i += 2) add_line(i - 1, i);
+    }
+    case GL_LINES: {
+        Indices indices(first, count / 2 * 2);
+        for (GLuint i = 1; i < count; i += 2) indices.add(i - 1, i);
         break;
+    }
     case GL_LINE_STRIP:
-    case GL_LINE_LOOP:
-        for (GLuint i = 1; i < count; ++i) add_line(i - 1, i);
-        if (g_mode == GL_LINE_LOOP && count > 1) add_line(count - 1, 0);
+    case GL_LINE_LOOP: {
+        if (count < 2) break;
+        const bool closed = mode == GL_LINE_LOOP;
+        Indices indices(first, 2 * (count - 1 + closed));
+        for (GLuint i = 1; i < count; ++i) indices.add(i - 1, i);
+        if (closed) indices.add(count - 1, 0);
         break;
-    case GL_TRIANGLES:
-        for (GLuint i = 2; i < count; i += 3) add_triangle(i - 2, i - 1, i);
+    }
+    case GL_TRIANGLES: {
+        Indices indices(first, count / 3 * 3);
+        for (GLuint i = 2; i < count; i += 3) indices.add(i - 2, i - 1, i);
         break;
-    case GL_TRIANGLE_STRIP:
-        for (GLuint i = 2; i < count; ++i) add_triangle(i - 2 + i % 2, i - 1 - i % 2, i);
+    }
+    case GL_TRIANGLE_STRIP: {
+        Indices indices(first, 3 * inner);
+        for (GLuint i = 2; i < count; ++i) indices.add(i - 2 + i % 2, i - 1 - i % 2, i);
         break;
-    case GL_TRIANGLE_FAN:
-        for (GLuint i = 2; i < count; ++i) add_triangle(0, i - 1, i);
+    }
+    case GL_TRIANGLE_FAN: {
+        Indices indices(first, 3 * inner);
+        for (GLuint i = 2; i < count; ++i) indices.add(0, i - 1, i);
         break;
+    }
     case GL_QUADS:
-        add_quads(count);
+        add_quads(first, count, clipped);
         break;
-    case GL_QUAD_STRIP:
+    case GL_QUAD_STRIP: {
+        Indices indices(first, inner / 2 * 6);
         for (GLuint i = 3; i < count; i += 2) {
-            add_triangle(i - 1, i - 3, i);
-            add_triangle(i - 3, i - 2, i);
+            indices.add(i - 1, i - 3, i);
+            indices.add(i - 3, i - 2, i);
         }
         break;
-    case GL_POLYGON: // its first vertex gives the flat colour
-        for (GLuint i = 2; i < count; ++i) add_triangle(i - 1, i, 0);
+    }
+    case GL_POLYGON: { // its first vertex gives the flat colour
+        Indices indices(first, 3 * inner);
+        for (GLuint i = 2; i < count; ++i) indices.add(i - 1, i, 0);
         break;
+    }
     }
     Item& item = g_queue.items.back();
     item.count = g_queue.indices.size() - item.first;
@@ -171,10 +173,93 @@ GLuint vertices_of_part(GLenum mode) {
     }
 }
 
-void begin_part() {
-    prepare_item(topology_of(g_mode));
-    g_first = static_cast<GLuint>(g_queue.vertices.size());
-    g_needs_eye = g_drawn_state.lighting || g_drawn_state.fog;
+// Which vertices lie outside the volume that is drawn.
+struct Outside {
+    bool any; // one of them
+    bool all; // all, and beyond the same side
+};
+
+// Fills in the vertices' clip coordinates.
+Outside transform_to_clip(const Matrix& clip, const Primitive::Vertex* given, Vertex* vertices,
+                          std::size_t count) {
+    // The sign bits say what lies beyond each side.
+    Int4 any = {}, all_low = ~Int4{}, all_high = ~Int4{};
+    for (const Primitive::Vertex* end = given + count; given != end; ++given, ++vertices) {
+        const Float4 place = transform(clip, given->x, given->y, given->z);
+        vertices->clip = place;
+        const Int4 low = as_ints(place[3] + place), high = as_ints(place[3] - place);
+        any |= low | high;
+        all_low &= low;
+        all_high &= high;
+    }
+    const Int4 all = all_low | all_high;
+    return {(any[0] | any[1] | any[2]) < 0, (all[0] | all[1] | all[2]) < 0};
+}
+
+// Fills in the rest, for the state as it is now.
+void complete_vertices(const Primitive::Vertex* given, Vertex* vertices, std::size_t count) {
+    const bool has_texture_matrix = !same_bytes(texture_matrix(), kIdentity);
+    const bool needs_eye = g_drawn_state.lighting || g_drawn_state.fog;
+    const Matrix eye_matrix = modelview();
+    const Float4* normal_columns = g_drawn_state.lighting ? normal_matrix() : nullptr;
+    GLuint look = ~0u;
+    Float4 normal = {}, color = {};
+    for (std::size_t i = 0; i < count; ++i) {
+        const Primitive::Vertex& from = given[i];
+        if (from.look != look) {
+            look = from.look;
+            const Primitive::Look& now = g_primitive.looks.data()[look];
+            color = now.color;
+            if (normal_columns)
+                normal = normal_columns[0] * now.normal[0] + normal_columns[1] * now.normal[1] +
+                         normal_columns[2] * now.normal[2];
+        }
+        GLfloat s = from.s, t = from.t;
+        if (has_texture_matrix) {
+            const Float4 transformed = transform(texture_matrix(), s, t, 0);
+            s = transformed[0];
+            t = transformed[1];
+            if (transformed[3] != 1) report_missing("a texture matrix with a perspective");
+        }
+        Float4 eye_s = needs_eye ? transform(eye_matrix, from.x, from.y, from.z) : Float4{};
+        eye_s[3] = s;
+        normal[3] = t;
+        vertices[i].eye_s = eye_s;
+        vertices[i].normal_t = normal;
+        vertices[i].color = color;
+    }
+}
+
+// Puts what has been collected since glBegin into the queue, where it can be seen.
+void draw_primitive() {
+    const Primitive& p = g_primitive;
+    const std::size_t count = p.vertices.size();
+    const std::size_t step = vertices_of_part(p.mode) != 0 ? kTriedTogether : count;
+    const Matrix& clip = clip_matrix();
+    const std::size_t first = g_queue.vertices.size();
+    bool clipped = false, prepared = false;
+    for (std::size_t done = 0; done < count; done += step) {
+        const std::size_t number = std::min(step, count - done);
+        const Primitive::Vertex* given = p.vertices.data() + done;
+        const std::size_t before = g_queue.vertices.size();
+        Vertex* vertices = g_queue.vertices.append(number);
+        const Outside outside = transform_to_clip(clip, given, vertices, number);
+        clipped = clipped || outside.any;
+        if (outside.all) {
+            g_queue.vertices.shrink(before);
+            continue;
+        }
+        if (!prepared) prepare_item(topology_of(p.mode));
+        prepared = true;
+        complete_vertices(given, vertices, number);
+    }
+    if (prepared) add_indices(p.mode, static_cast<GLuint>(first), clipped);
+}
+
+void clear_primitive() {
+    g_primitive.vertices.clear();
+    g_primitive.looks.clear();
+    g_attributes.look_changed = true;
 }
 
 } // namespace
@@ -183,46 +268,14 @@ void begin(GLenum mode) {
     if (!outside_begin()) return;
     if (mode > GL_POLYGON) return set_error(GL_INVALID_ENUM);
     g_in_begin = true;
-    g_mode = mode;
-    g_transform = &current_transform(g_attributes.normal_changed);
-    g_has_texture_matrix = !same_bytes(texture_matrix(), kIdentity);
-    begin_part();
+    g_primitive.mode = mode;
+    clear_primitive();
 }
 
 void end() {
     if (!g_in_begin) return set_error(GL_INVALID_OPERATION);
     g_in_begin = false;
-    add_indices();
-}
-
-void vertex(GLfloat x, GLfloat y, GLfloat z) {
-    if (!g_in_begin) return;
-    Attributes& now = g_attributes;
-    Float4 eye = {};
-    if (g_needs_eye) {
-        eye = transform(g_transform->eye, x, y, z);
-        if (now.normal_changed) {
-            const Float4* columns = g_transform->normal;
-            g_eye_normal =
-                columns[0] * now.normal[0] + columns[1] * now.normal[1] + columns[2] * now.normal[2];
-            now.normal_changed = false;
-        }
-    }
-    GLfloat s = now.s, t = now.t;
-    if (g_has_texture_matrix) {
-        const Float4 transformed = transform(texture_matrix(), s, t, 0);
-        s = transformed[0];
-        t = transformed[1];
-        if (transformed[3] != 1) report_missing("a texture matrix with a perspective");
-    }
-    Vertex* v = g_queue.vertices.append(1);
-    v->clip = transform(g_transform->clip, x, y, z);
-    eye[3] = s;
-    v->eye_s = eye;
-    Float4 normal_t = g_eye_normal;
-    normal_t[3] = t;
-    v->normal_t = normal_t;
-    v->color = now.color;
+    draw_primitive();
 }
 
 void clear(GLbitfield buffers) {
@@ -235,16 +288,16 @@ void clear(GLbitfield buffers) {
     g_queue.items.push_back(item);
 }
 
-void material_changed() {
-    if (!g_in_begin) return;
-    const GLuint vertices = static_cast<GLuint>(g_queue.vertices.size()) - g_first;
-    const GLuint part = vertices_of_part(g_mode);
-    if (vertices != 0 && (part == 0 || vertices % part != 0)) {
+void draw_with_old_material() {
+    const std::size_t vertices = g_primitive.vertices.size();
+    if (!g_in_begin || vertices == 0) return;
+    const GLuint part = vertices_of_part(g_primitive.mode);
+    if (part == 0 || vertices % part != 0) {
         report_missing("glMaterial between the vertices of one polygon");
         return;
     }
-    add_indices();
-    begin_part();
+    draw_primitive();
+    clear_primitive();
 }
 
 void reset_geometry() { g_has_drawn_state = false; }

@@ -13,27 +13,47 @@ namespace {
 
 constexpr int kMostNested = 64;
 
+// Stands before each command. A command has a whole number of kCommandAlignment bytes.
 struct alignas(kCommandAlignment) Header {
-    void (*run)(const void* command);
-    std::size_t bytes; // of the command, which follows, and the gap behind it
+    Run run;
+    std::size_t bytes; // of the command
 };
 
 // Headers, each followed by its command.
 using List = std::vector<unsigned char>;
 
 std::map<GLuint, List> g_lists;
-GLuint g_name; // of the list being compiled
-List g_list;   // it replaces an older one of that name when it is complete
+GLuint g_name;          // of the list being compiled
+List g_list;            // it replaces an older one of that name when it is complete
+std::size_t g_last = 0; // where the last header of g_list is
 int g_nested = 0;
+
+std::size_t aligned(std::size_t bytes) {
+    return (bytes + kCommandAlignment - 1) / kCommandAlignment * kCommandAlignment;
+}
+
+Header& last_header() { return *reinterpret_cast<Header*>(g_list.data() + g_last); }
 
 } // namespace
 
-void* keep_command(void (*run)(const void* command), std::size_t bytes) {
-    const Header header = {run, (bytes + kCommandAlignment - 1) / kCommandAlignment * kCommandAlignment};
+void* keep_command(Run run, std::size_t bytes) {
+    g_last = g_list.size();
+    g_list.resize(g_last + sizeof(Header));
+    last_header() = {run, 0};
+    return extend_command(run, bytes);
+}
+
+void* extend_command(Run run, std::size_t bytes) {
+    if (!end_of_command(run)) return keep_command(run, bytes);
     const std::size_t at = g_list.size();
-    g_list.resize(at + sizeof header + header.bytes);
-    std::memcpy(g_list.data() + at, &header, sizeof header);
-    return g_list.data() + at + sizeof header;
+    g_list.resize(at + aligned(bytes));
+    last_header().bytes += aligned(bytes);
+    return g_list.data() + at;
+}
+
+void* end_of_command(Run run) {
+    if (g_list.empty() || last_header().run != run) return nullptr;
+    return g_list.data() + g_list.size();
 }
 
 bool is_list_called() { return g_nested > 0; }
@@ -82,7 +102,7 @@ void call_list(GLuint name) {
     while (at != end) {
         const Header& header = *reinterpret_cast<const Header*>(at);
         at += sizeof header;
-        header.run(at);
+        header.run(at, header.bytes);
         at += header.bytes;
     }
     g_compiling = compiling;

@@ -15,8 +15,17 @@ extern Compiling g_compiling;
 
 constexpr std::size_t kCommandAlignment = 16;
 
-// Room for a command of that many bytes, in the list being compiled; `run` executes the command at the address it gets.
-void* keep_command(void (*run)(const void* command), std::size_t bytes);
+// Executes the command at that address, of that many bytes.
+using Run = void (*)(const void* command, std::size_t bytes);
+
+// Room for a command of that many bytes, in the list being compiled.
+void* keep_command(Run run, std::size_t bytes);
+
+// The same, but if the last command of the list has the same `run` and no gap behind it, these bytes are added to it.
+void* extend_command(Run run, std::size_t bytes);
+
+// The end of the last command of the list, if it has that `run`; null otherwise. Valid until more is kept.
+void* end_of_command(Run run);
 
 // Every entry point whose call a list keeps goes through here: executes `function`, or keeps the call, or both.
 template <auto function, class... Values>
@@ -25,8 +34,8 @@ inline void issue(Values... values) {
         const auto command = [=] { function(values...); };
         using Command = std::remove_const_t<decltype(command)>;
         static_assert(std::is_trivially_copyable_v<Command> && alignof(Command) <= kCommandAlignment);
-        void* place =
-            keep_command([](const void* kept) { (*static_cast<const Command*>(kept))(); }, sizeof command);
+        void* place = keep_command(
+            [](const void* kept, std::size_t) { (*static_cast<const Command*>(kept))(); }, sizeof command);
         std::memcpy(place, &command, sizeof command);
         if (g_compiling == Compiling::only) return;
     }

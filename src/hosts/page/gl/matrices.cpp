@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "hosts/page/gl/errors.h"
+#include "hosts/page/gl/same_bytes.h"
 
 namespace page::gl {
 
@@ -23,12 +24,16 @@ Stack g_texture = {10, 0, {kIdentity}};
 GLenum g_mode = GL_MODELVIEW;
 Stack* g_current = &g_modelview;
 
-Transform g_transform;
-bool g_transform_is_old = true;
+// Whether a matrix may differ from those that the following were made of.
+bool g_changed = true;
+Matrix g_used_modelview, g_used_projection;
+Matrix g_clip;
+Float4 g_normal[3];
+bool g_normal_is_old = true;
 
 Matrix& top() { return g_current->entries[g_current->top]; }
 
-void matrix_changed() { g_transform_is_old = true; }
+void matrix_changed() { g_changed = true; }
 
 void reset(Stack& stack) {
     stack.top = 0;
@@ -185,14 +190,24 @@ const Matrix& modelview() { return g_modelview.entries[g_modelview.top]; }
 const Matrix& projection() { return g_projection.entries[g_projection.top]; }
 const Matrix& texture_matrix() { return g_texture.entries[g_texture.top]; }
 
-const Transform& current_transform(bool& changed) {
-    if (!g_transform_is_old) return g_transform;
-    changed = true;
-    g_transform_is_old = false;
-    g_transform.eye = modelview();
-    g_transform.clip = projection() * modelview();
-    invert_transpose(modelview(), g_transform.normal);
-    return g_transform;
+// The show often pops a matrix and then makes the same one again.
+const Matrix& clip_matrix() {
+    if (!g_changed) return g_clip;
+    g_changed = false;
+    if (same_bytes(modelview(), g_used_modelview) && same_bytes(projection(), g_used_projection))
+        return g_clip;
+    g_used_modelview = modelview();
+    g_used_projection = projection();
+    g_clip = projection() * modelview();
+    g_normal_is_old = true;
+    return g_clip;
+}
+
+const Float4* normal_matrix() {
+    clip_matrix(); // sees changes
+    if (g_normal_is_old) invert_transpose(g_used_modelview, g_normal);
+    g_normal_is_old = false;
+    return g_normal;
 }
 
 void reset_matrices() {

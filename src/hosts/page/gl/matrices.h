@@ -8,6 +8,9 @@ namespace page::gl {
 
 // Four floats that are computed with at once.
 typedef float Float4 __attribute__((vector_size(16)));
+typedef int Int4 __attribute__((vector_size(16)));
+
+inline Int4 as_ints(Float4 values) { return reinterpret_cast<Int4>(values); }
 
 struct Matrix {
     Float4 column[4];
@@ -49,15 +52,11 @@ const Matrix& modelview();
 const Matrix& projection();
 const Matrix& texture_matrix();
 
-// What vertices go through.
-struct Transform {
-    Matrix clip;      // from the vertex to clip coordinates
-    Matrix eye;       // to eye coordinates
-    Float4 normal[3]; // columns of the inverse transpose of `eye`; the last lane is 0
-};
+// From the vertex to clip coordinates.
+const Matrix& clip_matrix();
 
-// Of the matrices as they are now. Where they have changed, `changed` becomes true.
-const Transform& current_transform(bool& changed);
+// Three columns, of the inverse transpose of the modelview matrix; their last lanes are 0.
+const Float4* normal_matrix();
 
 void reset_matrices();
 

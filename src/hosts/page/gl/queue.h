@@ -4,12 +4,10 @@
 
 #include <GL/gl.h>
 
-#include <algorithm>
 #include <cstddef>
-#include <memory>
-#include <utility>
 #include <vector>
 
+#include "hosts/page/gl/buffer.h"
 #include "hosts/page/gl/lighting.h"
 #include "hosts/page/gl/matrices.h"
 #include "hosts/page/gl/state.h"
@@ -33,42 +31,18 @@ struct Item {
     std::size_t first, count; // in Queue::indices
 };
 
-// A vector of plain values whose new elements are not initialised. It keeps its memory when it is cleared.
-template <class T>
-class Buffer {
-public:
-    std::size_t size() const { return size_; }
-    const T* data() const { return data_.get(); }
-    const T* end() const { return data_.get() + size_; }
-
-    // Room for that many more elements, to be filled; valid until the next call.
-    T* append(std::size_t count) {
-        if (capacity_ - size_ < count) grow(count);
-        T* place = data_.get() + size_;
-        size_ += count;
-        return place;
-    }
-
-    void clear() { size_ = 0; }
-
-private:
-    void grow(std::size_t count) {
-        capacity_ = std::max(2 * capacity_, size_ + count);
-        std::unique_ptr<T[]> larger(new T[capacity_]);
-        std::copy(data(), end(), larger.get());
-        data_ = std::move(larger);
-    }
-
-    std::unique_ptr<T[]> data_;
-    std::size_t size_ = 0;
-    std::size_t capacity_ = 0;
-};
-
 struct Queue {
     Buffer<Vertex> vertices;
     Buffer<GLuint> indices;
     std::vector<LightingBlock> lighting;
     std::vector<Item> items;
+
+    void clear() {
+        vertices.clear();
+        indices.clear();
+        lighting.clear();
+        items.clear();
+    }
 };
 
 inline Queue g_queue;

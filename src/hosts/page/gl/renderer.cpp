@@ -180,10 +180,7 @@ void draw_queue() {
         }
     }
     g_lights_seen += static_cast<unsigned>(g_queue.lighting.size());
-    g_queue.vertices.clear();
-    g_queue.indices.clear();
-    g_queue.lighting.clear();
-    g_queue.items.clear();
+    g_queue.clear();
 }
 
 common::Box to_pixels(GLint x, GLint y, GLint width, GLint height) {
@@ -212,7 +209,7 @@ bool start_renderer(int width, int height) {
     g_lights_seen = 0;
     g_program = nullptr;
     driver().GetIntegerv(GL_MAX_TEXTURE_SIZE, &g_most_texture_size); // the driver may take long to answer
-    g_queue = {};
+    g_queue.clear();
     driver().GenFramebuffers(1, &g_framebuffer);
     if (!make_buffers()) return false;
     make_vertex_array();
@@ -220,7 +217,9 @@ bool start_renderer(int width, int height) {
 }
 
 void stop_renderer() {
-    g_queue = {};
+    g_queue.clear();
+    g_queue.vertices.release();
+    g_queue.indices.release();
     for (Program& program : g_programs) program.release();
     driver().DeleteVertexArrays(1, &g_vertex_array);
     for (const GLuint buffer : {g_vertex_buffer, g_index_buffer}) driver().DeleteBuffers(1, &buffer);
