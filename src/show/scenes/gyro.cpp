@@ -71,15 +71,29 @@ struct Circle {
     double sine, cosine;
 };
 
-Circle circle(double angle) { return {std::sin(angle), std::cos(angle)}; }
+// Points on the unit circle; filled by gyro_prepare.
+constexpr int kRingCells = 359;
+constexpr int kBandCells = 36;
+Circle g_ring_circle[kRingCells + 1];
+Circle g_band_circle[kBandCells + 1];
+double g_band_far_cosine[kBandCells + 1]; // the cosines of the bands' far edges
+
+// The far edge of a band computes its cosines from another product for the same angle, which may round differently.
+void make_circles() {
+    const auto circle = [](double angle) { return Circle{std::sin(angle), std::cos(angle)}; };
+    for (int n = 0; n <= kRingCells; ++n) g_ring_circle[n] = circle(n * 0.01768388258597293);
+    for (int n = 0; n <= kBandCells; ++n) {
+        g_band_circle[n] = circle(n * 0.1768388258597293);
+        g_band_far_cosine[n] = std::cos(100 * n * kWave);
+    }
+}
 
 // Draws a flat ring of 359 cells of a little more than a degree each, so that it closes with a small overlap. The
 // second and the fourth corner take the cosine of the cell's other end, which skews every cell. Intentional.
 void draw_flat_ring(float inner, float outer) {
     const double in = inner, out = outer;
-    Circle from = circle(0);
-    for (int i = 0; i < 359; ++i) {
-        const Circle to = circle((i + 1) * 0.01768388258597293);
+    for (int i = 0; i < kRingCells; ++i) {
+        const Circle &from = g_ring_circle[i], &to = g_ring_circle[i + 1];
         glPushMatrix();
         glScaled(5, 5, 5);
         glNormal3d(0, 0, -1);
@@ -94,19 +108,14 @@ void draw_flat_ring(float inner, float outer) {
         glVertex3d(out * to.sine, out * from.cosine, 0);
         glEnd();
         glPopMatrix();
-        from = to;
     }
 }
 
-// Draws a band of 36 cells around a ring, 0.5 to both sides of its plane. The far edge computes its cosines from
-// another product for the same angle, which may round differently.
+// Draws a band of 36 cells around a ring, 0.5 to both sides of its plane.
 void draw_ring_band(float radius) {
     const double r = radius;
-    for (int i = 0; i < 36; ++i) {
-        const Circle from = circle(i * 0.1768388258597293);
-        const Circle to = circle((i + 1) * 0.1768388258597293);
-        const double far_from = std::cos(100 * i * kWave);
-        const double far_to = std::cos((100 * i + 100) * kWave);
+    for (int i = 0; i < kBandCells; ++i) {
+        const Circle &from = g_band_circle[i], &to = g_band_circle[i + 1];
         glPushMatrix();
         glScaled(5, 5, 5);
         glNormal3d(0, 0, -1);
@@ -114,9 +123,9 @@ void draw_ring_band(float radius) {
         glTexCoord2d(0, 0);
         glVertex3d(r * from.sine, r * from.cosine, -0.5);
         glTexCoord2d(0, 1);
-        glVertex3d(r * from.sine, r * far_from, 0.5);
+        glVertex3d(r * from.sine, r * g_band_far_cosine[i], 0.5);
         glTexCoord2d(1, 1);
-        glVertex3d(r * to.sine, r * far_to, 0.5);
+        glVertex3d(r * to.sine, r * g_band_far_cosine[i + 1], 0.5);
         glTexCoord2d(1, 0);
         glVertex3d(r * to.sine, r * to.cosine, -0.5);
         glEnd();
@@ -268,6 +277,7 @@ void gyro_prepare() {
     image_free(rim);
     image_free(glow);
     make_block_powers();
+    make_circles();
 }
 
 void gyro_start() {
