@@ -5,6 +5,7 @@ Usage: SITE=FOLDER python3 page_test.py [-v] [PageTest.test_NAME]
 
 import os
 import pathlib
+import platform
 import signal
 import unittest
 
@@ -317,11 +318,18 @@ class PageTest(unittest.TestCase):
         browser.wait("document.body.dataset.state === 'failed'")
         self.assertIn("too old", browser.text("message"))
 
+    @unittest.skipUnless(platform.machine() == "x86_64", "V8 has this switch for x86 only")
+    def test_a_browser_without_vector_instructions_is_told(self):
+        browser = self.browser("--js-flags=--no-enable-sse4-1")
+        browser.open(self.server.address)
+        browser.wait("document.body.dataset.state === 'failed'")
+        self.assertIn("too old", browser.text("message"))
+
     def test_a_browser_that_does_not_understand_the_script_is_told(self):
         self.server.broken = {"skav.js": b"this is no script ("}
         browser = self.browser()
         browser.open(self.server.address)
-        self.assertIn("2021", browser.text("message"))
+        self.assertIn("2023", browser.text("message"))
 
     def test_from_a_file_the_page_says_how_to_serve_it(self):
         browser = self.browser()

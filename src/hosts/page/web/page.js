@@ -361,6 +361,10 @@ class FramePosition {
 }
 
 const VOCAL_START = 74300; // ms of show time
+// WebAssembly of one function, which makes a vector: () => i32x4.splat(0). The show's drawing computes with vectors.
+const VECTOR_PROGRAM = new Uint8Array([
+    0, 0x61, 0x73, 0x6d, 1, 0, 0, 0, 1, 5, 1, 0x60, 0, 1, 0x7b, 3, 2, 1, 0, 10, 8, 1, 6, 0, 0x41, 0, 0xfd, 0x11, 0x0b,
+]);
 const SCRIPT = typeof document === "undefined" ? "" : document.currentScript.src;
 
 function element(name) {
@@ -372,7 +376,8 @@ function megabytes(bytes) {
 }
 
 function isBrowserNewEnough() {
-    return ["WebAssembly", "AudioContext", "OfflineAudioContext", "ReadableStream"].every((name) => name in window);
+    const names = ["WebAssembly", "AudioContext", "OfflineAudioContext", "ReadableStream"];
+    return names.every((name) => name in window) && WebAssembly.validate(VECTOR_PROGRAM);
 }
 
 async function compile(name, files) {

@@ -19,7 +19,7 @@ const TEXTS = {
             "address:\npython3 -m http.server --bind 127.0.0.1",
         no_webgl: "The show cannot be drawn here: this browser offers no WebGL 2. Another browser, or " +
             "graphics acceleration switched on in its settings, may help.",
-        too_old: "This browser is too old for the show: it needs one of 2021 or later.",
+        too_old: "This browser is too old for the show: it needs one of 2023 or later.",
         missing: (file) => `The file ${file} cannot be loaded. Reload the page to try again; if that does ` +
             "not help, the file is missing on the server.",
         bad_music: (file) => `The browser cannot decode the music in ${file}.`,
@@ -49,7 +49,7 @@ const TEXTS = {
             "öffnen:\npython3 -m http.server --bind 127.0.0.1",
         no_webgl: "Hier lässt sich die Show nicht zeichnen: Dieser Browser bietet kein WebGL 2. Ein anderer " +
             "Browser oder die Grafikbeschleunigung in seinen Einstellungen kann helfen.",
-        too_old: "Dieser Browser ist zu alt für die Show: Sie braucht einen von 2021 oder später.",
+        too_old: "Dieser Browser ist zu alt für die Show: Sie braucht einen von 2023 oder später.",
         missing: (file) => `Die Datei ${file} lässt sich nicht laden. Die Seite neu laden; hilft das nicht, ` +
             "fehlt die Datei auf dem Server.",
         bad_music: (file) => `Der Browser kann die Musik in ${file} nicht dekodieren.`,
