@@ -369,20 +369,24 @@ TEST(LayerLighting, OfNormalsThatAreNotNormalised) {
     });
 }
 
+// The normals are such that the colours do not saturate.
+void draw_two_materials(const Gl& gl) {
+    const float red[] = {1, 0, 0, 1}, green[] = {0, 1, 0, 1};
+    gl.glBegin(GL_QUADS);
+    for (const float* color : {red, green}) {
+        gl.glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE, color);
+        const double x = color == red ? -0.6 : 0.2;
+        gl.glNormal3d(x, 0.5, 1);
+        for (const auto& corner : {std::pair(0, 0), {1, 0}, {1, 1}, {0, 1}})
+            gl.glVertex2d(x + 0.4 * corner.first, 0.5 * corner.second);
+    }
+    gl.glEnd();
+}
+
 TEST(LayerLighting, TakesAMaterialBetweenTwoQuads) {
     expect_same([](const Gl& gl) {
         set_up_light(gl, false, false);
-        const float red[] = {1, 0, 0, 1}, green[] = {0, 1, 0, 1};
-        gl.glBegin(GL_QUADS);
-        for (const float* color : {red, green}) {
-            gl.glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE, color);
-            const double x = color == red ? -0.6 : 0.2;
-            gl.glVertex2d(x, 0);
-            gl.glVertex2d(x + 0.4, 0);
-            gl.glVertex2d(x + 0.4, 0.5);
-            gl.glVertex2d(x, 0.5);
-        }
-        gl.glEnd();
+        draw_two_materials(gl);
     });
 }
 
@@ -652,18 +656,9 @@ TEST(LayerLists, KeepVerticesWithWhatIsGivenBetweenThem) {
 TEST(LayerLists, TakeAMaterialBetweenTwoQuads) {
     expect_same([](const Gl& gl) {
         set_up_light(gl, false, false);
-        const float red[] = {1, 0, 0, 1}, green[] = {0, 1, 0, 1};
         const GLuint list = gl.glGenLists(1);
         gl.glNewList(list, GL_COMPILE);
-        gl.glBegin(GL_QUADS);
-        for (const float* color : {red, green}) {
-            gl.glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE, color);
-            const double x = color == red ? -0.6 : 0.2;
-            gl.glNormal3d(x, 0.5, 1);
-            for (const auto& corner : {std::pair(0, 0), {1, 0}, {1, 1}, {0, 1}})
-                gl.glVertex2d(x + 0.4 * corner.first, 0.5 * corner.second);
-        }
-        gl.glEnd();
+        draw_two_materials(gl);
         gl.glEndList();
         gl.glCallList(list);
     });
