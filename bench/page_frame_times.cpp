@@ -1,9 +1,8 @@
 // CPU time of the page's frames without a driver: the show and its OpenGL on WebGL 2, whose driver functions do
 // nothing. Prints a table of the scenes; to be run in the show's data folder.
 //
-// Times are milliseconds. Every frame is drawn several times and its shortest time counts, which other work on the
-// machine disturbs least. `frame` is the mean of a scene's frames, `longest` the longest of them; `draws` and `KiB` are
-// what the driver gets in the last one. The first scene is slower: WebAssembly is still being compiled.
+// Times are milliseconds: `frame` is the median of a scene's frames, `longest` the longest of them; `draws` and `KiB`
+// are what the driver gets in the last one. The first scene is slower: WebAssembly is still being compiled.
 #include <GL/gl.h>
 #include <GL/glext.h>
 #include <GL/glut.h>
@@ -15,6 +14,7 @@
 #include <cstdlib>
 #include <memory>
 #include <type_traits>
+#include <vector>
 
 #include "hosts/common/sound_calls.h"
 #include "hosts/page/gl/driver.h"
@@ -22,8 +22,7 @@
 
 namespace {
 
-constexpr int kRate = 5;        // frames measured in a second of the show
-constexpr int kRepetitions = 9; // of each frame
+constexpr int kRate = 20; // frames in a second of the show
 
 struct Part {
     const char* name;
@@ -106,22 +105,12 @@ double draw_frame() {
     return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
 }
 
-double shortest_time() {
-    double shortest = draw_frame();
-    for (int i = 1; i < kRepetitions; ++i) shortest = std::min(shortest, draw_frame());
-    return shortest;
-}
-
 void measure(const Part& part) {
     for (; g_frame < part.from * kRate; ++g_frame) g_on_display();
-    double sum = 0, longest = 0;
-    int frames = 0;
-    for (; g_frame < part.to * kRate; ++g_frame, ++frames) {
-        const double time = shortest_time();
-        sum += time;
-        longest = std::max(longest, time);
-    }
-    std::printf("%-22s %8.2f %8.2f %8d %8.0f\n", part.name, sum / frames, longest, g_draws,
+    std::vector<double> times;
+    for (; g_frame < part.to * kRate; ++g_frame) times.push_back(draw_frame());
+    std::sort(times.begin(), times.end());
+    std::printf("%-22s %8.2f %8.2f %8d %8.0f\n", part.name, times[times.size() / 2], times.back(), g_draws,
                 static_cast<double>(g_bytes) / 1024);
     std::fflush(stdout);
 }

@@ -109,6 +109,24 @@ test("one piece follows the other at the same sample", () => {
     assert.ok(Math.abs(readings.at(-1) - machine.heard()) < 0.01);
 });
 
+test("a piece that is played a few milliseconds after the stop follows without a gap", () => {
+    const machine = new Machine();
+    machine.music.play(1, "first.mp3", 0);
+    machine.run(3000);
+    machine.music.stop();
+    machine.rendered += 0.01;
+    machine.now += 10;
+    machine.music.play(2, "second.mp3", 0);
+    const [first, second] = machine.sources;
+    assert.strictEqual(first.end, second.at);
+    assert.ok(second.at > machine.context.currentTime);
+    machine.run(500);
+    machine.music.stop();
+    machine.run(500);
+    machine.music.play(3, "first.mp3", 0);
+    assert.ok(machine.sources.at(-1).at > machine.context.currentTime, "a stop long ago does not count");
+});
+
 test("a piece can begin at any of its places", () => {
     const machine = new Machine();
     machine.music.play(1, "first.mp3", 72000);
@@ -140,6 +158,28 @@ test("while it is paused the position stands still, and the sound goes on from t
     assert.ok(readings[0] - position < 50);
     assert.ok(Math.abs(readings.at(-1) - machine.heard()) < 0.01);
     assert.deepStrictEqual(machine.notes, []);
+});
+
+test("what is played while it is paused is silent until it goes on, and then heard once", () => {
+    const machine = new Machine();
+    machine.music.pause();
+    machine.music.play(1, "first.mp3", 0);
+    machine.run(1000);
+    assert.strictEqual(machine.sources.length, 0);
+    assert.strictEqual(machine.music.last, 0);
+    machine.music.resume();
+    machine.run(1000);
+    machine.music.pause();
+    machine.music.stop();
+    machine.music.play(2, "second.mp3", 500);
+    machine.run(1000);
+    assert.strictEqual(machine.music.last, 500);
+    machine.music.resume();
+    const readings = machine.run(1000);
+    assertNeverFalls([500, ...readings]);
+    const heard = machine.sources.filter((source) => source.end === undefined);
+    assert.strictEqual(heard.length, 1);
+    assert.ok(Math.abs(readings.at(-1) - machine.heard()) < 0.01);
 });
 
 test("without an output the position goes on by the clock, and that is said once", () => {

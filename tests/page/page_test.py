@@ -182,6 +182,22 @@ class PageTest(unittest.TestCase):
         self.assertEqual(browser.js("window.resumed"), position)
         self.assert_plays(browser)
 
+    def test_a_show_that_starts_in_a_hidden_tab_waits_there(self):
+        browser = self.browser()
+        browser.open(self.server.address + "?t=20")
+        browser.wait_for_state("ready")
+        browser.driver.minimize_window()
+        browser.wait("document.hidden")
+        browser.driver.execute_script("skav.start()")
+        browser.wait("skav.music && skav.music.playing === 1")
+        begin = browser.js("performance.now()")
+        browser.wait(f"performance.now() > {begin} + 500")
+        self.assertEqual(browser.js("skav.music.last"), 20000)
+        self.assertEqual(browser.js("skav.music.source"), None, "nothing is heard")
+        browser.driver.set_window_rect(0, 0, 1024, 768)
+        browser.wait("!document.hidden && !skav.music.paused")
+        self.assert_plays(browser)
+
     def test_the_show_ends_and_starts_again(self):
         browser = self.started("?t=160")
         browser.wait_for_state("ended")

@@ -63,6 +63,7 @@ stand_in id <<'END'
 echo "$MACHINE_USER"
 END
 export MACHINE=$work MACHINE_USER=0 DISPLAY=:nowhere PATH=$work/bin:$PATH
+unset WAYLAND_DISPLAY
 touch "$work/log" "$work/swallowed"
 grep -hv '^#' "$work"/tree/packaging/debian-packages/* >"$work/installed"
 
@@ -174,9 +175,22 @@ test_quick_tests_one_build_without_real_time)
 test_runs_long_tests_only_without_the_sanitizers)
     call test </dev/null
     expect_status 0
-    for preset in ci sanitize; do expect_in log "ctest --preset $preset --label-regex realtime --parallel 5"; done
+    for preset in ci sanitize; do expect_in log "ctest --preset $preset --label-regex realtime --parallel 4"; done
     expect_in log "ctest --preset ci --label-exclude realtime --parallel $(($(nproc) + 1))"
     expect_in log "ctest --preset sanitize --label-exclude realtime|long --parallel $(($(nproc) + 1))"
+    ;;
+test_fails_where_the_second_build_does)
+    mv "$work/bin/cmake" "$work/bin/working-cmake"
+    stand_in cmake <<'END'
+#!/bin/bash
+[[ "$*" != *"--build --preset sanitize"* ]] || { echo "a broken compiler"; exit 1; }
+exec working-cmake "$@"
+END
+    call test </dev/null
+    expect_status 1
+    expect_in err "a broken compiler"
+    expect_in log "ctest --preset ci"
+    expect_not_in log "ctest --preset sanitize"
     ;;
 test_prints_the_list_without_the_right_to_install)
     stand_in sudo <<<$'#!/bin/bash\nexit 1'
@@ -296,6 +310,16 @@ run_opens_no_window_where_there_is_no_display)
     expect_status 1
     expect_in err "no display"
     [ ! -s "$work/log" ] || fail "nothing should have been done"
+    ;;
+run_says_what_a_wayland_session_lacks)
+    unset DISPLAY
+    export WAYLAND_DISPLAY=wayland-0
+    call run </dev/null
+    expect_status 1
+    expect_in err "Install Xwayland"
+    [ ! -s "$work/log" ] || fail "nothing should have been done"
+    WAYLAND_DISPLAY= call run </dev/null
+    expect_status 3
     ;;
 release_makes_everything_with_its_checksums)
     release_of '2.5.0, 2030-01-31'

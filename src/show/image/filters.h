@@ -144,9 +144,8 @@ struct BumpLight {
     double shininess; // exponent of the highlight
 };
 
-// Lights the colour planes of dst as a relief whose heights are the green (grey) plane of `height`. The formula is
-// our own: with e the value of image_embossed(height, angle) and phi = atan(-e / 65536) the tilt of the surface
-// towards the lamp,
+// Lights the colour planes of dst as a relief whose heights are the green (grey) plane of `height`. With e the value of
+// image_embossed(height, angle) and phi = atan(-e / 65536) the tilt of the surface towards the lamp,
 //     d = d * (ambient + diffuse * max(0, cos(45deg - phi))) + highlight
 //     highlight = 65535 * specular * max(0, cos(22.5deg - phi)) ^ shininess
 // clamped to 0..65535 and truncated; not a number becomes 0. 22.5 degrees is half-way between lamp and eye. Nothing

@@ -28,9 +28,9 @@ void image_enlarge(Image* img, std::int32_t fx, std::int32_t fy);
 Image* image_displaced(const Image* img, const Image* map, std::int32_t sx, std::int32_t sy, bool two_planes);
 void image_displace(Image* img, const Image* map, std::int32_t sx, std::int32_t sy, bool two_planes);
 
-// The formulas of the resamplers below are our own. A place (u, v) between pixels gives the bilinear mix of the four
-// around it, with fractions of 1/256 (rounded down), >> 16. Beyond the borders the image wraps, or its border pixels
-// repeat, as its flags say. All planes, alpha too.
+// The resamplers below: a place (u, v) between pixels gives the bilinear mix of the four around it, with fractions of
+// 1/256 (rounded down), >> 16. Beyond the borders the image wraps, or its border pixels repeat, as its flags say. All
+// planes, alpha too.
 
 // Each pixel (x, y) shows the place (cx + xx * (x - cx) + xy * (y - cy), cy + yx * (x - cx) + yy * (y - cy)), with
 // the centre (cx, cy) = ((width - 1) / 2, (height - 1) / 2), not rounded.

@@ -22,15 +22,18 @@ class Music {
         this.output = { time: 0, seen: 0, moved: 0, value: -1, steps: 0 };
     }
 
-    // Plays a piece from `position` ms, in place of what plays.
+    // Plays a piece from `position` ms, in place of what plays; after resume() if it is paused.
     play(number, name, position) {
         const now = performance.now();
         this.stopSource();
         this.playing = number;
         this.name = name;
         this.last = position;
+        if (this.paused) return;
         if (this.heard) {
-            const at = Math.max(this.stopsAt, this.context.currentTime + Music.LEAD);
+            const soon = this.context.currentTime + Music.LEAD;
+            const follows = this.stopsAt > soon - Music.LEAD / 2; // what was stopped a moment ago still sounds
+            const at = follows ? this.stopsAt : soon;
             this.startSource(at, position);
             this.origin = at * 1000 - position;
         } else {

@@ -257,6 +257,7 @@ class Page {
         for (const name in pieces) lengths[name] = Math.floor(pieces[name].duration * 1000);
         element("stage").replaceChildren(this.performer.canvas);
         this.setState("playing");
+        this.onVisibility(); // the tab may have been hidden while the files came
         this.drawing = true;
         const { width, height } = this.fitCanvas();
         const english = this.language === "en";
