@@ -169,14 +169,15 @@ test_quick_tests_one_build_without_real_time)
     call test --quick -R Timeline </dev/null
     expect_status 0
     expect_in log "ctest --preset ci"
-    expect_in log "--label-exclude realtime|long --parallel $(($(nproc) + 1)) -R Timeline"
+    expect_in log "--label-exclude realtime|show|long --parallel $(($(nproc) + 1)) -R Timeline"
     expect_not_in log sanitize
     ;;
 test_runs_long_tests_only_without_the_sanitizers)
     call test </dev/null
     expect_status 0
     for preset in ci sanitize; do expect_in log "ctest --preset $preset --label-regex realtime --parallel 4"; done
-    expect_in log "ctest --preset ci --label-exclude realtime --parallel $(($(nproc) + 1))"
+    expect_in log "ctest --preset ci --label-regex show"
+    expect_in log "ctest --preset ci --label-exclude realtime|show --parallel $(($(nproc) + 1))"
     expect_in log "ctest --preset sanitize --label-exclude realtime|long --parallel $(($(nproc) + 1))"
     ;;
 test_fails_where_the_second_build_does)

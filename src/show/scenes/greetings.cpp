@@ -5,7 +5,6 @@
 #include <GL/glu.h>
 
 #include <cmath>
-#include <vector>
 
 #include "show/image/filters.h"
 #include "show/image/generators.h"
@@ -205,15 +204,23 @@ void draw_shafts() {
 
 // --- The double helix ---
 
+constexpr double kPitch = 1.78; // from one step to the next, upwards
+
 struct HelixCell {
     RibbonPoint p0, edge0, p1, edge1; // as draw_ribbon_cell takes them
 };
 
-// The cells of a strand that are drawn: the steps from 500 units below `scroll_y` to 600 above it. Neighbouring cells
-// share a point and the vector across the ribbon there, unless their two sums for its height round differently.
-void make_strand(float phase, float scroll_y, std::vector<HelixCell>& cells) {
+// The cells of a strand that are drawn: the steps from 500 units below `scroll_y` to 600 above it.
+struct Strand {
+    float scroll_y;
+    int count;
+    HelixCell cells[static_cast<int>(1100 / kPitch) + 3];
+};
+
+// Neighbouring cells share a point and the vector across the ribbon there, unless their two sums for its height round
+// differently.
+void make_strand(float phase, float scroll_y, Strand& strand) {
     constexpr int kSteps = 40000;
-    constexpr double kPitch = 1.78;
     const double low = scroll_y - 500.0;
     const double high = scroll_y + 600.0;
     const auto point = [phase](int step, double y) {
@@ -224,14 +231,15 @@ void make_strand(float phase, float scroll_y, std::vector<HelixCell>& cells) {
     int i = low > kPitch ? static_cast<int>(low / kPitch) - 1 : 0;
     while (static_cast<float>(kPitch * i) < low) ++i;
 
-    cells.clear();
+    strand.scroll_y = scroll_y;
+    strand.count = 0;
     RibbonPoint p0 = point(i, kPitch * i);
     RibbonPoint p1 = point(i + 1, kPitch * i + kPitch);
     RibbonPoint edge0 = ribbon_edge(p0, p1);
     for (; i < kSteps && p0.y <= high; ++i) {
         const RibbonPoint p2 = point(i + 2, kPitch * (i + 1) + kPitch);
         const RibbonPoint edge1 = ribbon_edge(p1, p2);
-        cells.push_back({p0, edge0, p1, edge1});
+        strand.cells[strand.count++] = {p0, edge0, p1, edge1};
         p0 = p1;
         p1 = p2;
         edge0 = edge1;
@@ -243,20 +251,13 @@ void make_strand(float phase, float scroll_y, std::vector<HelixCell>& cells) {
     }
 }
 
-// The cells of the strand with that phase, 0 or 18 steps. Other scenes draw both several times in every frame, and
-// always with the same g_scroll_y: they are made only when that has changed.
-const std::vector<HelixCell>& strand_cells(float phase) {
-    struct Strand {
-        float scroll_y;
-        std::vector<HelixCell> cells;
-    };
+// The strand with that phase, 0 or 18 steps. Other scenes draw both several times in every frame, and always with the
+// same g_scroll_y: they are made only when that has changed.
+const Strand& strand_of(float phase) {
     static Strand strands[2];
     Strand& strand = strands[phase == 0 ? 0 : 1];
-    if (strand.cells.empty() || strand.scroll_y != g_scroll_y) {
-        make_strand(phase, g_scroll_y, strand.cells);
-        strand.scroll_y = g_scroll_y;
-    }
-    return strand.cells;
+    if (strand.count == 0 || strand.scroll_y != g_scroll_y) make_strand(phase, g_scroll_y, strand);
+    return strand;
 }
 
 // --- The other layers ---
@@ -379,8 +380,9 @@ void greetings_camera(float t) {
 } // namespace
 
 void draw_helix_ribbon(float phase) {
-    for (const HelixCell& cell : strand_cells(phase))
-        draw_ribbon_cell(cell.p0, cell.edge0, cell.p1, cell.edge1);
+    const Strand& strand = strand_of(phase);
+    for (const HelixCell *cell = strand.cells, *end = cell + strand.count; cell < end; ++cell)
+        draw_ribbon_cell(cell->p0, cell->edge0, cell->p1, cell->edge1);
 }
 
 void greetings_prepare() {
