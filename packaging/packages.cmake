@@ -76,6 +76,6 @@ set(CPACK_SOURCE_GENERATOR TXZ)
 set(CPACK_SOURCE_PACKAGE_FILE_NAME skav-${PROJECT_VERSION})
 string(REGEX REPLACE "([][+.*()^?$|{}])" "\\\\\\1" root "${PROJECT_SOURCE_DIR}")
 set(CPACK_SOURCE_IGNORE_FILES ^${root}/\\.git/ ^${root}/build/ ^${root}/\\.cache/ \\.swp$
-  ^${root}/[^/]*\\.mp4$ ^${root}/[^/]*\\.png$ ^${root}/part-[^/]*$ ^${root}/(parts|chapters)\\.txt$ ^${root}/compile_commands\\.json$)
+  ^${root}/[^/]*\\.mp4$ ^${root}/[^/]*\\.png$ ^${root}/part-[^/]*$ ^${root}/parts\\.txt$ ^${root}/chapters\\.txt$ ^${root}/compile_commands\\.json$)
 
 include(CPack)
