@@ -9,25 +9,19 @@
 #include <vector>
 
 // The functions of OpenGL 1.1 that the programs call.
-#define TESTED_FUNCTIONS(F)                                                                                  \
-    F(glBegin)                                                                                               \
-    F(glBindTexture)                                                                                         \
-    F(glBlendFunc)                                                                                           \
-    F(glCallList)                                                                                            \
-    F(glClear)                                                                                               \
-    F(glClearColor)                                                                                          \
-    F(glColor3f)                                                                                             \
-    F(glColor4f)                                                                                             \
-    F(glColorMask) F(glColorMaterial) F(glCopyTexImage2D) F(glCullFace) F(glDepthFunc) F(glDepthMask)        \
-        F(glDisable) F(glEnable) F(glEnd) F(glEndList) F(glFlush) F(glFogf) F(glFogfv) F(glFogi)             \
-            F(glGenLists) F(glGenTextures) F(glGetError) F(glGetFloatv) F(glGetIntegerv)                     \
-                F(glGetTexLevelParameteriv) F(glHint) F(glLightModelfv) F(glLightModeli) F(glLightfv)        \
-                    F(glLoadIdentity) F(glMaterialfv) F(glMateriali) F(glMatrixMode) F(glMultMatrixd)        \
-                        F(glNewList) F(glNormal3d) F(glOrtho) F(glPixelStorei) F(glPointSize) F(glPopMatrix) \
-                            F(glPushMatrix) F(glRotatef) F(glScaled) F(glShadeModel) F(glStencilFunc)        \
-                                F(glStencilOp) F(glTexCoord2d) F(glTexEnvf) F(glTexImage2D)                  \
-                                    F(glTexParameteri) F(glTranslated) F(glVertex2d) F(glVertex3d)           \
-                                        F(glViewport)
+// clang-format off
+#define TESTED_FUNCTIONS(F)                                                                          \
+    F(glBegin) F(glBindTexture) F(glBlendFunc) F(glCallList) F(glClear) F(glClearColor) F(glColor3f) \
+    F(glColor4f) F(glColorMask) F(glColorMaterial) F(glCopyTexImage2D) F(glCullFace) F(glDepthFunc)  \
+    F(glDepthMask) F(glDisable) F(glEnable) F(glEnd) F(glEndList) F(glFlush) F(glFogf) F(glFogfv)    \
+    F(glFogi) F(glGenLists) F(glGenTextures) F(glGetError) F(glGetFloatv) F(glGetIntegerv)           \
+    F(glGetTexLevelParameteriv) F(glHint) F(glLightModelfv) F(glLightModeli) F(glLightfv)            \
+    F(glLoadIdentity) F(glMaterialfv) F(glMateriali) F(glMatrixMode) F(glMultMatrixd) F(glNewList)   \
+    F(glNormal3d) F(glOrtho) F(glPixelStorei) F(glPointSize) F(glPopMatrix) F(glPushMatrix)          \
+    F(glRotatef) F(glScaled) F(glShadeModel) F(glStencilFunc) F(glStencilOp) F(glTexCoord2d)         \
+    F(glTexEnvf) F(glTexImage2D) F(glTexParameteri) F(glTranslated) F(glVertex2d) F(glVertex3d)      \
+    F(glViewport)
+// clang-format on
 
 struct Gl {
 #define TESTED_MEMBER(name) decltype(&::name) name;
